@@ -1,0 +1,62 @@
+// The loader of everything that a user sees and the code does not hold: texts, icons and the cursor, by
+// number. Which language the texts are in is decided by the source behind it, never here. Nothing is
+// cached: a screen asks for its captions once, when it loads.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <string>
+
+#include "core/Variant.h"
+
+namespace vexa {
+
+enum class StringId : int32_t;
+
+/// Where texts and pictures come from: the compiled table, or the resources of the Windows module.
+class ResourceSource {
+ public:
+  ResourceSource() = default;
+  ResourceSource(const ResourceSource&) = delete;
+  ResourceSource& operator=(const ResourceSource&) = delete;
+  virtual ~ResourceSource() = default;
+
+  /// Puts the text with this id, in the user's language, into `text`; false when there is none.
+  virtual bool FetchString(int32_t id, std::string& text) const = 0;
+  virtual bool HasIcon(int32_t id) const = 0;
+  virtual bool HasCursor(int32_t id) const = 0;
+};
+
+/// A picture resource, named by kind and number; views turn it into what their platform draws.
+struct Picture {
+  enum class Kind { None, Icon, Cursor };
+  Kind kind = Kind::None;
+  int32_t id = 0;
+  friend bool operator==(const Picture&, const Picture&) = default;
+};
+
+class Resources {
+ public:
+  explicit Resources(const ResourceSource& source) : source_(source) {}
+
+  /// The text `id` with "|1", "|2", … replaced by the arguments, one after the other on the text as it then
+  /// stands, then "|n" by CR LF and "|s" by a blank. Placeholders without an argument stay. Error 326 when
+  /// there is no such text.
+  std::string LoadString(int32_t id, std::span<const Variant> args) const;
+  std::string LoadString(int32_t id, std::initializer_list<Variant> args = {}) const {
+    return LoadString(id, std::span<const Variant>(args.begin(), args.size()));
+  }
+  std::string LoadString(StringId id, std::initializer_list<Variant> args = {}) const {
+    return LoadString(static_cast<int32_t>(id), args);
+  }
+
+  /// The icon or cursor with this id; error 326 when there is none.
+  Picture LoadIcon(int32_t id) const;
+  Picture LoadCursor(int32_t id) const;
+
+ private:
+  const ResourceSource& source_;
+};
+
+}  // namespace vexa

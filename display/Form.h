@@ -1,0 +1,118 @@
+// A set of controls with a keyboard focus: the options page, and, as Dialog, every modal window. It knows
+// which button Enter and Esc press, and guards the focus: a text box may keep it until its entry is valid.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "display/Button.h"
+#include "display/Control.h"
+
+namespace vexa {
+
+/// Shows one form; told whatever changes in it.
+class FormView {
+ public:
+  FormView() = default;
+  FormView(const FormView&) = delete;
+  FormView& operator=(const FormView&) = delete;
+  virtual ~FormView() = default;
+  virtual void Changed(Control& control) = 0;
+  virtual void FocusMoved(Form& form) = 0;
+  /// Redraws the whole form, or one control; an error when that fails.
+  virtual void Refresh(Form& form) = 0;
+  virtual void Refresh(Control& control) = 0;
+};
+
+class Form {
+ public:
+  explicit Form(std::string name) : name_(std::move(name)) {}
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+  virtual ~Form() = default;
+
+  const std::string& Name() const { return name_; }
+  const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string caption) { caption_ = std::move(caption); }
+
+  /// In tab order.
+  const std::vector<Control*>& Controls() const { return controls_; }
+  /// Null when there is none of this name.
+  Control* FindControl(std::string_view name) const;
+
+  void SetView(FormView* view) { view_ = view; }
+  FormView* View() const { return view_; }
+
+  /// The control that has the keyboard focus; null when none can have it.
+  Control* Focus() const { return focus_; }
+  /// Gives the focus to `control`. A text box that has it may refuse: its entry is validated first. False
+  /// when the focus did not move there.
+  bool MoveFocus(Control& control);
+  /// Gives the focus to the first control that can have it, without events: the form is being shown.
+  void FocusFirst();
+  /// The next or previous usable control in tab order, counted from `from`; null when there is none.
+  Control* NextInTabOrder(const Control* from, bool backwards = false) const;
+
+  /// The button that Enter presses: the focused one, else the one made the default.
+  Button* EffectiveDefaultButton() const;
+  Button* DefaultButton() const { return defaultButton_; }
+  void SetDefaultButton(Button& button);
+  /// The button that Esc presses; null when the form leaves Esc to its container.
+  Button* CancelButton() const { return cancelButton_; }
+  void SetCancelButton(Button& button) { cancelButton_ = &button; }
+
+  /// A key that no control took, by its virtual-key code.
+  virtual void KeyDown(int /*keyCode*/) {}
+
+ protected:
+  /// Gives every control its caption and picture.
+  void LoadCaptions(const Resources& resources);
+
+ private:
+  friend class Control;
+  void Add(Control& control) { controls_.push_back(&control); }
+  void MoveFocusOffUnusable();
+  void ChangeFocus(Control* control);
+
+  std::string name_;
+  std::string caption_;
+  std::vector<Control*> controls_;
+  FormView* view_ = nullptr;
+  Control* focus_ = nullptr;
+  Button* defaultButton_ = nullptr;
+  Button* cancelButton_ = nullptr;
+};
+
+/// A modal window. Whoever shows it waits until it is no longer shown; its handlers end it with Hide.
+class Dialog : public Form {
+ public:
+  using Form::Form;
+
+  bool IsShowing() const { return showing_; }
+  void Show() {
+    showing_ = true;
+    FocusFirst();
+  }
+  void Hide() { showing_ = false; }
+
+  /// The user closes the window by its frame. Never validates.
+  virtual void CloseWindow() { Hide(); }
+
+ private:
+  bool showing_ = false;
+};
+
+/// Shows dialogs and runs them until they end.
+class ModalWindows {
+ public:
+  ModalWindows() = default;
+  ModalWindows(const ModalWindows&) = delete;
+  ModalWindows& operator=(const ModalWindows&) = delete;
+  virtual ~ModalWindows() = default;
+
+  /// Returns when the dialog is no longer shown. `owner` is the form it belongs to, null for none.
+  virtual void ShowModal(Dialog& dialog, Form* owner) = 0;
+};
+
+}  // namespace vexa

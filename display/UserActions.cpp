@@ -1,0 +1,218 @@
+#include "display/UserActions.h"
+
+#include <algorithm>
+
+#include "display/CheckBox.h"
+#include "display/Grid.h"
+#include "display/OptionButton.h"
+#include "display/Slider.h"
+#include "display/TextBox.h"
+
+namespace vexa {
+namespace {
+
+Outcome Usability(const Control& control) {
+  if (!control.IsShown()) return Outcome::Hidden;
+  return control.IsUsable() ? Outcome::Done : Outcome::Disabled;
+}
+
+}  // namespace
+
+Outcome UserActions::Reach(Control& control) {
+  const Outcome outcome = Usability(control);
+  if (outcome != Outcome::Done || !control.TakesFocus()) return outcome;
+  return form_.MoveFocus(control) ? Outcome::Done : Outcome::FocusKept;
+}
+
+Outcome UserActions::Click(Control& control) {
+  switch (control.Kind()) {
+    case ControlKind::Button: {
+      auto& button = static_cast<Button&>(control);
+      // Cancel never validates, so it takes no focus before it acts.
+      const Outcome outcome = &button == form_.CancelButton() ? Usability(control) : Reach(control);
+      return outcome == Outcome::Done ? PressButton(button) : outcome;
+    }
+    case ControlKind::CheckBox: {
+      auto& box = static_cast<CheckBox&>(control);
+      return SetChecked(box, !box.Checked());
+    }
+    case ControlKind::OptionButton:
+      return Choose(static_cast<OptionButton&>(control));
+    default:
+      return Reach(control);
+  }
+}
+
+Outcome UserActions::DoubleClick(Control& control) {
+  const Outcome outcome = Reach(control);
+  if (outcome == Outcome::Done && control.Kind() == ControlKind::Grid) {
+    Raise(static_cast<Grid&>(control).OnDoubleClick);
+  }
+  return outcome;
+}
+
+Outcome UserActions::SetChecked(CheckBox& box, bool checked) {
+  const Outcome outcome = Reach(box);
+  if (outcome == Outcome::Done) box.SetChecked(checked);
+  return outcome;
+}
+
+Outcome UserActions::Choose(OptionButton& option) {
+  const Outcome outcome = Reach(option);
+  if (outcome == Outcome::Done) option.Select();
+  return outcome;
+}
+
+Outcome UserActions::Type(TextBox& box, const std::string& text) {
+  if (const Outcome outcome = Reach(box); outcome != Outcome::Done) return outcome;
+  if (box.Locked()) return Outcome::ReadOnly;
+  box.SetText(text);
+  return Outcome::Done;
+}
+
+Outcome UserActions::Slide(Slider& slider, int32_t position) {
+  const Outcome outcome = Reach(slider);
+  if (outcome == Outcome::Done) slider.SetPosition(position);
+  return outcome;
+}
+
+Outcome UserActions::SelectCell(Grid& grid, int32_t row, int32_t column) {
+  const Outcome outcome = Reach(grid);
+  if (outcome == Outcome::Done) grid.SetCurrent(row, column);
+  return outcome;
+}
+
+Outcome UserActions::ClickNode(Tree& tree, Tree::Node node) {
+  const Outcome outcome = Reach(tree);
+  if (outcome != Outcome::Done) return outcome;
+  tree.Select(node);
+  if (tree.OnNodeClick) tree.OnNodeClick(node);
+  return outcome;
+}
+
+Outcome UserActions::CheckNode(Tree& tree, Tree::Node node, bool checked) {
+  const Outcome outcome = Reach(tree);
+  if (outcome != Outcome::Done || tree.Checked(node) == checked) return outcome;
+  tree.SetChecked(node, checked);
+  if (tree.OnNodeCheck) tree.OnNodeCheck(node);
+  return outcome;
+}
+
+Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
+  const Outcome outcome = Reach(tree);
+  if (outcome != Outcome::Done || tree.Expanded(node) == expanded) return outcome;
+  if (expanded && tree.OnExpand) tree.OnExpand(node);
+  tree.SetExpanded(node, expanded);
+  return outcome;
+}
+
+Outcome UserActions::Focus(Control& control) {
+  return control.TakesFocus() ? Reach(control) : Outcome::NotTaken;
+}
+
+Outcome UserActions::Leave(bool backwards) {
+  Control* const next = form_.NextInTabOrder(form_.Focus(), backwards);
+  if (next == nullptr) return Outcome::NotTaken;
+  if (next != form_.Focus()) return form_.MoveFocus(*next) ? Outcome::Done : Outcome::FocusKept;
+  // The only control that can have the focus: leaving it comes back to it, validated.
+  auto* box = dynamic_cast<TextBox*>(next);
+  return box == nullptr || box->Validate() ? Outcome::Done : Outcome::FocusKept;
+}
+
+Outcome UserActions::Press(int keyCode, bool shift) {
+  Control* const focus = form_.Focus();
+  switch (keyCode) {
+    case KeyTab:
+      return Leave(shift);
+    case KeyReturn:
+      return Enter();
+    case KeyEscape:
+      return Escape();
+    case KeySpace:
+      if (focus != nullptr &&
+          (focus->Kind() == ControlKind::Button || focus->Kind() == ControlKind::CheckBox ||
+           focus->Kind() == ControlKind::OptionButton)) {
+        return Click(*focus);
+      }
+      break;
+    case KeyLeft:
+    case KeyUp:
+    case KeyRight:
+    case KeyDown:
+      if (focus != nullptr) return PressArrow(*focus, keyCode);
+      break;
+    default:
+      break;
+  }
+  form_.KeyDown(keyCode);
+  return Outcome::Done;
+}
+
+Outcome UserActions::PressArrow(Control& control, int keyCode) {
+  const bool forward = keyCode == KeyRight || keyCode == KeyDown;
+  const int32_t step = forward ? 1 : -1;
+  switch (control.Kind()) {
+    case ControlKind::Slider: {
+      auto& slider = static_cast<Slider&>(control);
+      slider.SetPosition(slider.Position() + step);
+      return Outcome::Done;
+    }
+    case ControlKind::Grid: {
+      auto& grid = static_cast<Grid&>(control);
+      const bool sideways = keyCode == KeyLeft || keyCode == KeyRight;
+      const int32_t row = grid.CurrentRow() + (sideways ? 0 : step);
+      const int32_t column = grid.CurrentColumn() + (sideways ? step : 0);
+      grid.SetCurrent(std::clamp(row, 1, grid.RowCount()), std::clamp(column, 0, grid.ColumnCount() - 1));
+      return Outcome::Done;
+    }
+    case ControlKind::OptionButton: {
+      const OptionGroup& group = static_cast<OptionButton&>(control).Group();
+      const auto count = static_cast<std::ptrdiff_t>(group.size());
+      std::ptrdiff_t at = std::ranges::find(group, &control) - group.begin();
+      for (std::ptrdiff_t tried = 0; tried < count; ++tried) {
+        at = (at + step + count) % count;
+        OptionButton& next = *group[static_cast<size_t>(at)];
+        if (next.IsUsable()) return Choose(next);
+      }
+      return Outcome::NotTaken;
+    }
+    default:
+      return Outcome::NotTaken;
+  }
+}
+
+Outcome UserActions::Enter() {
+  Button* const button = form_.EffectiveDefaultButton();
+  return button == nullptr ? Outcome::NotTaken : PressButton(*button);  // the focus stays where it is
+}
+
+Outcome UserActions::Escape() {
+  Button* const button = form_.CancelButton();
+  return button == nullptr ? Outcome::NotTaken : PressButton(*button);
+}
+
+Outcome UserActions::PressButton(Button& button) {
+  const Outcome outcome = Usability(button);
+  if (outcome == Outcome::Done) Raise(button.OnClick);
+  return outcome;
+}
+
+std::string ReasonFor(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::Done:
+      return "is done";
+    case Outcome::Disabled:
+      return "is disabled";
+    case Outcome::Hidden:
+      return "is hidden";
+    case Outcome::ReadOnly:
+      return "is read-only";
+    case Outcome::FocusKept:
+      return "is out of reach: another control keeps the focus";
+    case Outcome::NotTaken:
+      return "takes nothing of the kind";
+  }
+  return {};
+}
+
+}  // namespace vexa

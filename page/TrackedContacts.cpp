@@ -1,0 +1,130 @@
+// The list of tracked contact folders on the page: one row a folder set of the working copy, and the
+// buttons that add, change and remove folder sets.
+#include "core/Numbers.h"
+#include "dialogs/frmEditFolderset.h"
+#include "page/OutlookPropertiesPage.h"
+
+namespace vexa {
+
+/// What the rows are read from, fetched once for as many rows as are filled.
+struct OutlookPropertiesPage::FolderSetLists {
+  CollectionRef<std::string> contactEntryIDs, contactStoreIDs;
+  CollectionRef<std::string> journEntryIDs, journStoreIDs;
+  CollectionRef<std::string> emailEntryIDs, emailStoreIDs;
+  NameSpaceRef session;
+  std::shared_ptr<Utilities> utilities;
+
+  FolderSetLists(RegSettings& settings, AddinApp& addin)
+      : contactEntryIDs(settings.GetContactEntryIDs()),
+        contactStoreIDs(settings.GetContactStoreIDs()),
+        journEntryIDs(settings.GetJournEntryIDs()),
+        journStoreIDs(settings.GetJournStoreIDs()),
+        emailEntryIDs(settings.GetEmailEntryIDs()),
+        emailStoreIDs(settings.GetEmailStoreIDs()),
+        session(addin.Session()),
+        utilities(addin.Utilities()) {}
+};
+
+void OutlookPropertiesPage::FillTrackedContacts() {
+  PassOn(Name(), "FillTrackedContacts", [&] {
+    const Resources& resources = services_.resources;
+    gd.Clear();
+    gd.SetHeaders({resources.LoadString(StringId::PublicContactsColumn),
+                   resources.LoadString(StringId::AssociatedJournalColumn),
+                   resources.LoadString(StringId::AssociatedEmailColumn)});
+    const int32_t count = Require(settings_).GetFolderSetCount();
+    if (count > 0) {
+      const FolderSetLists lists(*settings_, Require(addinApp_));
+      gd.SetRow(1, RowTexts(lists, 1));  // the row that a grid always has
+      for (int32_t folderSet = 2; folderSet <= count; ++folderSet) gd.AddRow(RowTexts(lists, folderSet));
+    }
+    UpdateButtons();
+    UpdateDefaultButton();
+  });
+}
+
+Grid::Row OutlookPropertiesPage::RowTexts(const FolderSetLists& lists, int32_t folderSet) {
+  const auto pathOf = [&](const std::string& entryID, const std::string& storeID) {
+    FolderRef folder;
+    IgnoreErrors([&] { folder = Require(lists.session).GetFolderFromID(entryID, storeID); });
+    std::string path;
+    if (folder != nullptr) path = Require(lists.utilities).GetFolderPath(folder);
+    return path.empty() ? services_.resources.LoadString(StringId::FolderNotFound) : path;
+  };
+  const auto pathAt = [&](const CollectionRef<std::string>& entryIDs,
+                          const CollectionRef<std::string>& storeIDs) {
+    const std::string entryID = Require(entryIDs).Item(folderSet);
+    return pathOf(entryID, Require(storeIDs).Item(folderSet));
+  };
+  Grid::Row texts;
+  texts.push_back(pathAt(lists.contactEntryIDs, lists.contactStoreIDs));
+  texts.push_back(pathAt(lists.journEntryIDs, lists.journStoreIDs));
+  const std::string emailEntryID = Require(lists.emailEntryIDs).Item(folderSet);
+  texts.push_back(emailEntryID.empty() ? services_.resources.LoadString(StringId::NoFolder)
+                                       : pathOf(emailEntryID, Require(lists.emailStoreIDs).Item(folderSet)));
+  return texts;
+}
+
+void OutlookPropertiesPage::FillRow(int32_t folderSet) {
+  const FolderSetLists lists(Require(settings_), Require(addinApp_));
+  Grid::Row texts = RowTexts(lists, folderSet);
+  if (folderSet <= gd.RowCount()) {
+    gd.SetRow(folderSet, std::move(texts));
+  } else {
+    gd.AddRow(std::move(texts));
+  }
+}
+
+void OutlookPropertiesPage::UpdateButtons() {
+  // Without an answer about the access both buttons stay as they are.
+  IgnoreErrors([&] {
+    const bool enabled = !gd.Text().empty() && CanWrite(Require(settings_));
+    cmdChange.SetEnabled(enabled);
+    cmdRemove.SetEnabled(enabled);
+  });
+}
+
+void OutlookPropertiesPage::UpdateDefaultButton() {
+  SetDefaultButton(gd.RowAt(gd.CurrentRow()).front().empty() ? cmdAdd : cmdChange);
+}
+
+void OutlookPropertiesPage::EditFolderSet(int32_t folderSet, bool modeEdit) {
+  frmEditFolderset editor(services_);
+  editor.Initialize(*this, addinApp_, settings_, ToInt16(folderSet), modeEdit);
+  services_.windows.ShowModal(editor, this);
+  if (editor.Cancelled()) return;
+  FillRow(folderSet);
+  UpdateButtons();
+  SetDirty();
+}
+
+void OutlookPropertiesPage::AddFolderSet() {
+  EditFolderSet(CheckedAdd(Require(settings_).GetFolderSetCount(), 1), false);
+}
+
+void OutlookPropertiesPage::ChangeFolderSet() {
+  Require(settings_);
+  EditFolderSet(gd.CurrentRow(), true);
+}
+
+void OutlookPropertiesPage::RemoveFolderSet() {
+  RegSettings& settings = Require(settings_);
+  const int32_t row = gd.CurrentRow();
+  settings.LetFolderSetCount(CheckedAdd(settings.GetFolderSetCount(), -1));
+  // These six and no more: the routing of the folder sets behind stays where it is.
+  for (const auto list :
+       {&RegSettings::GetContactEntryIDs, &RegSettings::GetContactStoreIDs, &RegSettings::GetEmailEntryIDs,
+        &RegSettings::GetEmailStoreIDs, &RegSettings::GetJournEntryIDs, &RegSettings::GetJournStoreIDs}) {
+    Require((settings.*list)()).Remove(row);
+  }
+  if (gd.RowCount() == 1) {
+    gd.SetRow(1, Grid::Row(static_cast<size_t>(gd.ColumnCount())));
+  } else {
+    gd.RemoveRow(row);
+  }
+  UpdateButtons();
+  UpdateDefaultButton();  // another folder set stands in the current row now
+  SetDirty();
+}
+
+}  // namespace vexa

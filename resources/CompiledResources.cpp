@@ -1,0 +1,90 @@
+#include "resources/CompiledResources.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vexa {
+namespace {
+
+#define STRING(id, text) StringEntry{id, text},
+constexpr auto English = std::to_array<StringEntry>({
+#include "resources/strings.1033.inc"
+});
+constexpr auto FrenchOfFrance = std::to_array<StringEntry>({
+#include "resources/strings.1036.inc"
+});
+constexpr auto FrenchOfCanada = std::to_array<StringEntry>({
+#include "resources/strings.3084.inc"
+});
+#undef STRING
+
+constexpr auto Tables = std::to_array<LanguageTable>({
+    {1033, English},
+    {1036, FrenchOfFrance},
+    {3084, FrenchOfCanada},
+});
+
+constexpr bool IsAscending(std::span<const StringEntry> entries) {
+  return std::ranges::adjacent_find(entries, [](const StringEntry& left, const StringEntry& right) {
+           return left.id >= right.id;
+         }) == entries.end();
+}
+static_assert(std::ranges::all_of(Tables,
+                                  [](const LanguageTable& table) { return IsAscending(table.entries); }));
+
+/// Windows keeps the primary language in the low ten bits of a language number.
+constexpr int32_t PrimaryLanguage(int32_t language) { return language & 0x3FF; }
+
+const LanguageTable& TableFor(int32_t language) {
+  const auto exact = std::ranges::find(Tables, language, &LanguageTable::language);
+  if (exact != Tables.end()) return *exact;
+  const auto related = std::ranges::find(Tables, PrimaryLanguage(language), [](const LanguageTable& table) {
+    return PrimaryLanguage(table.language);
+  });
+  return related != Tables.end() ? *related : Tables.front();
+}
+
+constexpr bool IsIcon(int32_t wanted) {
+  switch (wanted) {
+#define ICON(id, shows) case id:
+#define CURSOR(id, shows)
+#include "resources/pictures.inc"
+#undef ICON
+#undef CURSOR
+    return true;
+    default:
+      return false;
+  }
+}
+
+constexpr bool IsCursor(int32_t wanted) {
+  switch (wanted) {
+#define ICON(id, shows)
+#define CURSOR(id, shows) case id:
+#include "resources/pictures.inc"
+#undef ICON
+#undef CURSOR
+    return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+std::span<const LanguageTable> LanguageTables() { return Tables; }
+
+CompiledResources::CompiledResources(int32_t language) : table_(TableFor(language)) {}
+
+bool CompiledResources::FetchString(int32_t id, std::string& text) const {
+  const auto found = std::ranges::lower_bound(table_.entries, id, {}, &StringEntry::id);
+  if (found == table_.entries.end() || found->id != id) return false;
+  text = found->text;
+  return true;
+}
+
+bool CompiledResources::HasIcon(int32_t id) const { return IsIcon(id); }
+
+bool CompiledResources::HasCursor(int32_t id) const { return IsCursor(id); }
+
+}  // namespace vexa

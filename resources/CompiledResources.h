@@ -1,0 +1,45 @@
+// The texts and pictures that are compiled into the library: one table a language, made from the same
+// source files as the resources of the Windows module.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "core/Resources.h"
+
+namespace vexa {
+
+struct StringEntry {
+  int32_t id;
+  std::string_view text;
+};
+
+/// One language's texts, ascending by id.
+struct LanguageTable {
+  int32_t language;  // Windows language number
+  std::span<const StringEntry> entries;
+};
+
+/// English (1033), the fallback, first; then French of France (1036) and of Canada (3084).
+std::span<const LanguageTable> LanguageTables();
+
+class CompiledResources final : public ResourceSource {
+ public:
+  /// The tables in the user's interface language: exactly this one, else one of the same primary language,
+  /// else English.
+  explicit CompiledResources(int32_t language);
+
+  bool FetchString(int32_t id, std::string& text) const override;
+  bool HasIcon(int32_t id) const override;
+  bool HasCursor(int32_t id) const override;
+
+  /// The language that was found.
+  int32_t Language() const { return table_.language; }
+
+ private:
+  const LanguageTable& table_;
+};
+
+}  // namespace vexa

@@ -1,0 +1,107 @@
+#include "workbench/CallLog.h"
+
+#include <algorithm>
+
+#include "contracts/RegSettings.h"
+
+namespace vexa::workbench {
+
+void CallLog::PlanFault(std::string_view member, int n, Error fault) {
+  faults_.push_back({std::string(member), n, std::move(fault)});
+}
+
+const Error* CallLog::TakeFault(std::string_view member) {
+  bool due = false;
+  for (PlannedFault& fault : faults_) {
+    if (fault.member != member || --fault.remaining != 0) continue;
+    due_ = fault.error;
+    due = true;
+  }
+  std::erase_if(faults_, [](const PlannedFault& fault) { return fault.remaining == 0; });
+  return due ? &due_ : nullptr;
+}
+
+std::string CallLog::FaultMark(const Error& fault) {
+  return " !! " + std::to_string(fault.Number) + " " + QuotedText(fault.Description);
+}
+
+const std::vector<std::string>& CallLog::KnownMembers() {
+  static const std::vector<std::string> members = [] {
+    std::vector<std::string> names{"New RegSettings",
+                                   "RS.RestoreHiddenDialogs",
+                                   "RS.Load",
+                                   "RS.CanWrite",
+                                   "RS.FindFolderSet",
+                                   "App.Utilities",
+                                   "App.Scanner",
+                                   "App.Session",
+                                   "App.FolderSetContext",
+                                   "App.SetOptionsPageOpen",
+                                   "App.ApplySettings",
+                                   "Util.BypassBlocked",
+                                   "Util.DelayAvailable",
+                                   "Util.GetFolderPath",
+                                   "Util.IsPublicFolder",
+                                   "Util.App",
+                                   "Util.App.Path",
+                                   "Util.SetUserProperty",
+                                   "Util.AboutInfo",
+                                   "Scan.StartSearch",
+                                   "Scan.IsScanning",
+                                   "Sess.Folders",
+                                   "Sess.GetFolderFromID",
+                                   "Sess.GetDefaultFolder",
+                                   "Sess.PickFolder",
+                                   "Folder.Name",
+                                   "Folder.EntryID",
+                                   "Folder.StoreID",
+                                   "Folder.DefaultItemType",
+                                   "Folder.Folders",
+                                   "Folder.Parent",
+                                   "Folders.Count",
+                                   "Folders.Item",
+                                   "Site.OnStatusChange",
+                                   "View.Refresh",
+                                   "Shell.Open",
+                                   "Shell.BrowseForFolder"};
+    for (const RegSettingsMember& member : RegSettingsMembers) {
+      const std::string name = "RS." + std::string(member.name);
+      switch (member.kind) {
+        case MemberKind::Property:
+          names.push_back(name);
+          names.push_back(name + "=");
+          break;
+        case MemberKind::Read:
+        case MemberKind::ReadOnly:
+          names.push_back(name);
+          break;
+        case MemberKind::Collection:
+          for (const char* part : {"", "=", ":=", ".Count", ".Item", ".Add", ".Remove"})
+            names.push_back(name + part);
+          break;
+        default:
+          break;  // methods stand above by name, unused places are never called
+      }
+    }
+    return names;
+  }();
+  return members;
+}
+
+std::string QuotedText(std::string_view text) {
+  std::string quoted = "\"";
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i, 2) == "\r\n") {
+      quoted += "|n";
+      ++i;
+    } else if (text[i] == '\n' || text[i] == '\r') {
+      quoted += "|n";
+    } else {
+      if (text[i] == '"') quoted += '"';
+      quoted += text[i];
+    }
+  }
+  return quoted += '"';
+}
+
+}  // namespace vexa::workbench

@@ -1,0 +1,300 @@
+#include "workbench/Console.h"
+
+#include <algorithm>
+
+#include "workbench/Names.h"
+
+namespace vexa::workbench {
+namespace {
+
+std::vector<MessageAnswer> AnswersOf(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::Ok:
+      return {MessageAnswer::Ok};
+    case MessageButtons::OkCancel:
+      return {MessageAnswer::Ok, MessageAnswer::Cancel};
+    case MessageButtons::YesNo:
+      return {MessageAnswer::Yes, MessageAnswer::No};
+    case MessageButtons::YesNoCancel:
+      return {MessageAnswer::Yes, MessageAnswer::No, MessageAnswer::Cancel};
+  }
+  return {};
+}
+
+template <typename Value>
+std::optional<Value> TakeFirst(std::deque<Value>& queue) {
+  if (queue.empty()) return std::nullopt;
+  Value first = std::move(queue.front());
+  queue.pop_front();
+  return first;
+}
+
+std::string ErrorLine(const Error& error) {
+  return "error " + std::to_string(error.Number) + " " + QuotedText(error.Description) + " from " +
+         QuotedText(error.Source);
+}
+
+}  // namespace
+
+Console::Console(CommandSource source, std::ostream& out) : source_(std::move(source)), out_(out) {}
+
+Console::~Console() { ended_ = true; }
+
+int Console::Run() {
+  if (source_.interactive) Out() << "VexaControls console; \"help\" lists the commands, \"quit\" ends.\n";
+  ReadCommands([] { return true; });
+  if (!failed_) NoteUnusedAnswers();
+  return failed_ ? 2 : 0;
+}
+
+void Console::ReadCommands(const std::function<bool()>& goOn) {
+  std::string line;
+  while (!ended_ && goOn()) {
+    const std::string prompt = dialogs_.empty() ? "vexa> " : dialogs_.back()->Name() + "> ";
+    if (!ReadLine(line, prompt)) break;
+    Execute(line);
+  }
+}
+
+bool Console::ReadLine(std::string& line, const std::string& prompt) {
+  if (source_.interactive) out_ << prompt << std::flush;
+  if (!std::getline(source_.in, line)) {
+    if (source_.interactive) out_ << "\n";
+    ended_ = true;
+    return false;
+  }
+  ++line_;
+  if (line.ends_with('\r')) line.pop_back();
+  return true;
+}
+
+void Console::Execute(const std::string& line) {
+  std::string name;
+  try {
+    const std::vector<std::string> words = SplitWords(line);
+    if (words.empty()) return;
+    if (!source_.interactive) Out() << "> " << line << "\n";
+    const Command* const command = FindCommand(words.front());
+    if (command == nullptr) {
+      throw ScriptError("unknown command \"" + words.front() + "\"" +
+                        SuggestName(words.front(), CommandNames()));
+    }
+    name = std::string(command->name) + ": ";
+    const std::vector<std::string> arguments(words.begin() + 1, words.end());
+    if (arguments.size() < command->least || arguments.size() > command->most) {
+      throw ScriptError("too " + std::string(arguments.size() < command->least ? "few" : "many") +
+                        " arguments; right would be: " + std::string(command->name) + " " +
+                        std::string(command->arguments));
+    }
+    command->run(*this, arguments);
+  } catch (const ScriptError& error) {
+    Fail(name + error.what());
+  } catch (const ProfileError& error) {
+    Fail(name + error.what());
+  }
+}
+
+void Console::Fail(const std::string& message) {
+  if (ended_) return;
+  if (source_.interactive) {
+    out_ << message << "\n";
+    return;
+  }
+  out_ << source_.name << ":" << line_ << ": " << message << "\n" << std::flush;
+  failed_ = true;
+  ended_ = true;
+}
+
+void Console::NoteUnusedAnswers() {
+  const auto note = [&](size_t count, const char* kind) {
+    if (count > 0) out_ << "note: " << count << " queued " << kind << " not asked for\n";
+  };
+  note(picks_.size(), "folder choice(s)");
+  note(messageAnswers_.size(), "message answer(s)");
+  note(browses_.size(), "folder-browsing answer(s)");
+  note(shellCodes_.size(), "shell code(s)");
+}
+
+std::ostream& Console::Out() { return ended_ ? nowhere_ : out_; }
+
+void Console::AsHost(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const Error& error) {
+    Out() << ErrorLine(error) << "\n";
+  }
+}
+
+void Console::Load(const std::string& path) {
+  if (stage_ != nullptr && stage_->Page() != nullptr) throw ScriptError("release the page first");
+  Profile profile = ReadProfile(path);
+  if (language_) profile.language = *language_;
+  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, *this, *this);
+}
+
+void Console::SetLanguage(int32_t language) {
+  language_ = language;
+  if (stage_ == nullptr) return;
+  if (stage_->Page() != nullptr) throw ScriptError("release the page first");
+  Profile profile = std::move(stage_->workbench.profile);
+  const std::string path = stage_->files.ProfilePath();
+  profile.language = language;
+  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, *this, *this);
+}
+
+Stage& Console::Stage() {
+  if (stage_ == nullptr) throw ScriptError("no profile is loaded; \"load FILE\" loads one");
+  return *stage_;
+}
+
+OutlookPropertiesPage& Console::Page() {
+  if (Stage().Page() == nullptr) throw ScriptError("there is no page; \"open\" opens one");
+  return *Stage().Page();
+}
+
+std::vector<Form*> Console::OpenForms() const {
+  std::vector<Form*> forms;
+  if (stage_ != nullptr && stage_->Page() != nullptr) forms.push_back(stage_->Page());
+  forms.insert(forms.end(), dialogs_.begin(), dialogs_.end());
+  return forms;
+}
+
+Form& Console::TopForm() {
+  if (dialogs_.empty()) return Page();
+  return *dialogs_.back();
+}
+
+Control& Console::FindControl(const std::string& name) {
+  Form& form = TopForm();
+  std::vector<std::string_view> names;
+  for (Control* control : form.Controls()) {
+    if (SameName(control->Name(), name)) return *control;
+    names.push_back(control->Name());
+  }
+  throw ScriptError("unknown control \"" + name + "\" on " + form.Name() + SuggestName(name, names));
+}
+
+void Console::ShowModal(Dialog& dialog, Form* /*owner*/) {
+  Out() << "[" << dialog.Name() << " opens: " << QuotedText(dialog.Caption()) << "]\n";
+  dialog.SetView(&Stage().View());
+  dialogs_.push_back(&dialog);
+  dialog.Show();
+  ReadCommands([&] { return dialog.IsShowing(); });
+  if (dialog.IsShowing()) {
+    // The commands have ended while it is open.
+    dialog.CloseWindow();
+    dialog.Hide();
+  }
+  dialogs_.pop_back();
+  dialog.SetView(nullptr);
+  Out() << "[" << dialog.Name() << " closes]\n";
+}
+
+std::optional<std::string> Console::Ask(const std::string& question, const std::string& choices) {
+  if (ended_) return std::nullopt;
+  if (!source_.interactive) {
+    Fail("a question has no queued answer: " + question + "; right would be \"answer " + choices +
+         "\" before");
+    return std::nullopt;
+  }
+  std::string line;
+  out_ << question << "\n";
+  if (!ReadLine(line, choices + ": ")) return std::nullopt;
+  return line;
+}
+
+std::optional<FolderIndex> Console::PickFolder() {
+  const World& world = Stage().workbench.profile.world;
+  std::optional<std::string> path;
+  if (auto queued = TakeFirst(picks_)) {
+    path = *queued;
+  } else {
+    for (;;) {
+      const auto answer = Ask("Select Folder", "pick PATH|cancel");
+      if (!answer || answer->empty() || SameName(*answer, "cancel")) break;
+      if (world.FindPath(*answer) != NoFolder) {
+        path = *answer;
+        break;
+      }
+      out_ << "there is no folder " << QuotedText(*answer) << "\n";
+    }
+  }
+  if (!path) return std::nullopt;
+  const FolderIndex folder = world.FindPath(*path);
+  if (folder == NoFolder) {  // deleted since it was queued
+    Fail("the folder " + QuotedText(*path) + " that was queued for the picker does not exist");
+    return std::nullopt;
+  }
+  return folder;
+}
+
+MessageAnswer Console::AnswerMessage(const std::string& asked, MessageButtons buttons) {
+  const std::vector<MessageAnswer> possible = AnswersOf(buttons);
+  std::string choices;
+  for (const MessageAnswer answer : possible)
+    choices.append(choices.empty() ? "" : "|").append(AnswerWord(answer));
+  const auto isPossible = [&](MessageAnswer answer) {
+    return std::ranges::find(possible, answer) != possible.end();
+  };
+  // A box with one button tells, it does not ask: it needs no answer, and takes one only if it fits.
+  const bool tells = possible.size() == 1;
+  if (!messageAnswers_.empty() && (!tells || isPossible(messageAnswers_.front()))) {
+    const MessageAnswer answer = *TakeFirst(messageAnswers_);
+    if (isPossible(answer)) return answer;
+    Fail("the queued answer \"" + std::string(AnswerWord(answer)) + "\" does not fit " + asked +
+         "; right would be \"answer message " + choices + "\"");
+    return possible.back();
+  }
+  if (tells && !source_.interactive) return possible.front();
+  for (;;) {
+    const auto word = Ask(asked, "message " + choices);
+    if (!word) return possible.back();
+    for (const MessageAnswer answer : possible) {
+      if (SameName(*word, AnswerWord(answer)) || (tells && word->empty())) return answer;
+    }
+  }
+}
+
+BrowseAnswer Console::BrowseForFolder(const std::string& prompt, const std::string& startFolder) {
+  if (auto queued = TakeFirst(browses_)) return *queued;
+  const auto answer =
+      Ask(QuotedText(prompt) + " from " + QuotedText(startFolder), "browse FOLDER|cancel|fail");
+  if (!answer || answer->empty() || SameName(*answer, "cancel")) return {};
+  if (SameName(*answer, "fail")) return {BrowseAnswer::Kind::CannotBeCreated, {}};
+  return {BrowseAnswer::Kind::Chosen, *answer};
+}
+
+int32_t Console::OpenDocument(const std::string& path) {
+  constexpr int32_t success = 42;
+  Seen("opens the document " + QuotedText(path));
+  if (auto queued = TakeFirst(shellCodes_)) return *queued;
+  const auto answer = Ask("The shell's return code for " + QuotedText(path), "shell CODE");
+  if (!answer || answer->empty()) return success;
+  try {
+    return NumberWord(*answer, "the code");
+  } catch (const ScriptError& error) {
+    Fail(error.what());
+    return success;
+  }
+}
+
+void Console::Seen(const std::string& line) { Out() << line << "\n"; }
+
+const Command* FindCommand(std::string_view name) {
+  for (const auto commands : {HostCommands(), UserCommands(), WorldCommands(), LibraryCommands()}) {
+    const auto found =
+        std::ranges::find_if(commands, [&](const Command& c) { return SameName(c.name, name); });
+    if (found != commands.end()) return &*found;
+  }
+  return nullptr;
+}
+
+std::vector<std::string_view> CommandNames() {
+  std::vector<std::string_view> names;
+  for (const auto commands : {HostCommands(), UserCommands(), WorldCommands(), LibraryCommands()}) {
+    for (const Command& command : commands) names.push_back(command.name);
+  }
+  return names;
+}
+
+}  // namespace vexa::workbench

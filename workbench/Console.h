@@ -1,0 +1,131 @@
+// The console host: Outlook's place, in a terminal. It reads commands from a script, a pipe or a terminal,
+// acts on the open forms as a user would, and prints what a user would see. A modal dialog runs its own
+// command loop, nested in the command that opened it. The commands themselves stand in *Commands.cpp.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "display/UserActions.h"
+#include "workbench/Stage.h"
+#include "workbench/Words.h"
+
+namespace vexa::workbench {
+
+/// Where commands come from.
+struct CommandSource {
+  std::istream& in;
+  std::string name;          // for messages: the script's path
+  bool interactive = false;  // a person at a terminal: a prompt, no echo, questions are asked
+};
+
+/// What the library's own commands work on, from one command to the next.
+struct LibraryBench {
+  CachedError record;
+  Form form{"bench"};
+  OptionsSection section{form, "section"};
+};
+
+class Console final : public ModalWindows, public UserAnswers {
+ public:
+  Console(CommandSource source, std::ostream& out);
+  ~Console() override;
+
+  /// Runs commands until they end. 0, or 2 when something that cannot be carried out ended a script.
+  int Run();
+
+  // --- for the commands
+
+  LibraryBench bench;
+
+  /// Opens a profile in place of the one before. Error: ScriptError while a page is there.
+  void Load(const std::string& path);
+  /// The language of the pages made from now on, whatever the profile says.
+  void SetLanguage(int32_t language);
+  /// The stage; ScriptError when no profile is loaded.
+  vexa::workbench::Stage& Stage();
+  /// The page; ScriptError when there is none.
+  OutlookPropertiesPage& Page();
+  /// The form that takes the user's input: the dialog opened last, or the page.
+  Form& TopForm();
+  std::vector<Form*> OpenForms() const;
+  /// A control of the top form by its name; ScriptError when there is none.
+  Control& FindControl(const std::string& name);
+
+  void QueuePick(std::optional<std::string> path) { picks_.push_back(std::move(path)); }
+  void QueueMessageAnswer(MessageAnswer answer) { messageAnswers_.push_back(answer); }
+  void QueueBrowse(BrowseAnswer answer) { browses_.push_back(std::move(answer)); }
+  void QueueShellCode(int32_t code) { shellCodes_.push_back(code); }
+
+  /// Where commands print.
+  std::ostream& Out();
+  /// Runs `call` as the page's host does: an error that comes out is printed.
+  void AsHost(const std::function<void()>& call);
+  /// Stops reading commands.
+  void Quit() { ended_ = true; }
+
+  // --- what the library and the workbench ask for
+
+  void ShowModal(Dialog& dialog, Form* owner) override;
+  std::optional<FolderIndex> PickFolder() override;
+  MessageAnswer AnswerMessage(const std::string& asked, MessageButtons buttons) override;
+  BrowseAnswer BrowseForFolder(const std::string& prompt, const std::string& startFolder) override;
+  int32_t OpenDocument(const std::string& path) override;
+  void Seen(const std::string& line) override;
+
+ private:
+  void ReadCommands(const std::function<bool()>& goOn);
+  void Execute(const std::string& line);
+  void Fail(const std::string& message);
+  bool ReadLine(std::string& line, const std::string& prompt);
+  /// Asks the person at the terminal; nothing at the end of the input. In a script it ends the run.
+  std::optional<std::string> Ask(const std::string& question, const std::string& choices);
+  void NoteUnusedAnswers();
+
+  CommandSource source_;
+  std::ostream& out_;
+  std::ostream nowhere_{nullptr};
+  int line_ = 0;
+  bool ended_ = false;
+  bool failed_ = false;
+  std::optional<int32_t> language_;
+
+  std::deque<std::optional<std::string>> picks_;  // a path, or nothing to cancel
+  std::deque<MessageAnswer> messageAnswers_;
+  std::deque<BrowseAnswer> browses_;
+  std::deque<int32_t> shellCodes_;
+
+  std::unique_ptr<vexa::workbench::Stage> stage_;
+  std::vector<Dialog*> dialogs_;  // open, innermost last
+};
+
+/// One command of the console's language.
+struct Command {
+  std::string_view name;
+  std::string_view arguments;  // as in "help"
+  std::string_view purpose;
+  size_t least, most;  // number of arguments
+  void (*run)(Console&, const std::vector<std::string>& arguments);
+};
+
+constexpr size_t AnyNumber = SIZE_MAX;
+
+/// The commands by what they act on.
+std::span<const Command> HostCommands();
+std::span<const Command> UserCommands();
+std::span<const Command> WorldCommands();
+std::span<const Command> LibraryCommands();
+
+/// Null when there is none of this name.
+const Command* FindCommand(std::string_view name);
+std::vector<std::string_view> CommandNames();
+
+}  // namespace vexa::workbench

@@ -1,0 +1,76 @@
+// vexa-console: the options page in a terminal.
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+#include <iostream>
+
+#include "workbench/Console.h"
+
+namespace {
+
+constexpr const char* Usage =
+    "usage: vexa-console [--profile FILE] [--language NUMBER] [SCRIPT]\n"
+    "Runs the commands of SCRIPT, or of the standard input. \"help\" lists the commands.\n"
+    "Status: 0 done, 1 the console could not start, 2 a script was ended by an error.\n";
+
+struct Options {
+  std::string profile;
+  std::optional<int32_t> language;
+  std::string script;
+};
+
+/// Nothing when the arguments make no sense.
+std::optional<Options> ReadArguments(const std::vector<std::string>& arguments) {
+  Options options;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    const bool hasValue = i + 1 < arguments.size();
+    if (arguments[i] == "--profile" && hasValue) {
+      options.profile = arguments[++i];
+    } else if (arguments[i] == "--language" && hasValue) {
+      options.language = vexa::workbench::NumberWord(arguments[++i], "--language");
+    } else if (!arguments[i].starts_with("-") && options.script.empty()) {
+      options.script = arguments[i];
+    } else {
+      return std::nullopt;
+    }
+  }
+  return options;
+}
+
+int RunConsole(const Options& options) {
+  std::ifstream script;
+  if (!options.script.empty()) {
+    script.open(options.script);
+    if (!script) throw std::runtime_error(options.script + ": cannot be read: " + std::strerror(errno));
+  }
+  const bool interactive = options.script.empty() && ::isatty(STDIN_FILENO) == 1;
+  vexa::workbench::CommandSource source{options.script.empty() ? std::cin : script,
+                                        options.script.empty() ? "standard input" : options.script,
+                                        interactive};
+  vexa::workbench::Console console(std::move(source), std::cout);
+  if (options.language) console.SetLanguage(*options.language);
+  if (!options.profile.empty()) console.Load(options.profile);
+  return console.Run();
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  try {
+    const std::vector<std::string> arguments(values + 1, values + count);
+    if (arguments.size() == 1 && arguments.front() == "--help") {
+      std::cout << Usage;
+      return 0;
+    }
+    const std::optional<Options> options = ReadArguments(arguments);
+    if (!options) {
+      std::cerr << Usage;
+      return 1;
+    }
+    return RunConsole(*options);
+  } catch (const std::exception& failure) {
+    std::cerr << "vexa-console: " << failure.what() << "\n";
+    return 1;
+  }
+}

@@ -1,0 +1,193 @@
+#include "workbench/FormState.h"
+
+#include <iomanip>
+
+#include "display/CheckBox.h"
+#include "display/Grid.h"
+#include "display/OptionButton.h"
+#include "display/Slider.h"
+#include "display/TextBox.h"
+#include "display/Tree.h"
+#include "workbench/CallLog.h"
+
+namespace vexa::workbench {
+namespace {
+
+void ReadGrid(const Grid& grid, ControlState& state) {
+  state.rows.push_back(grid.Headers());
+  for (int32_t row = 1; row <= grid.RowCount(); ++row) state.rows.push_back(grid.RowAt(row));
+  state.currentRow = grid.CurrentRow();
+  state.currentColumn = grid.CurrentColumn();
+}
+
+void ReadTree(const Tree& tree, ControlState& state) {
+  struct Pending {
+    Tree::Node node;
+    int depth;
+  };
+  std::vector<Pending> pending;
+  const auto pushChildren = [&](Tree::Node parent, int depth) {
+    const std::vector<Tree::Node>& children = tree.Children(parent);
+    for (auto child = children.rbegin(); child != children.rend(); ++child)
+      pending.push_back({*child, depth});
+  };
+  pushChildren(Tree::NoNode, 0);
+  while (!pending.empty()) {
+    const auto [node, depth] = pending.back();
+    pending.pop_back();
+    state.nodes.push_back({depth, tree.Text(node), tree.Image(node), tree.Checked(node),
+                           tree.Selected() == node, tree.Expanded(node), !tree.Children(node).empty()});
+    if (tree.Expanded(node)) pushChildren(node, depth + 1);
+  }
+}
+
+void PrintGrid(std::ostream& out, const ControlState& grid) {
+  for (size_t row = 0; row < grid.rows.size(); ++row) {
+    const bool current = static_cast<int32_t>(row) == grid.currentRow;
+    out << (row == 0 ? "    head" : current ? "  >" : "   ");
+    if (row != 0) out << std::setw(5) << row;
+    for (size_t column = 0; column < grid.rows[row].size(); ++column) {
+      const bool here = current && static_cast<int32_t>(column) == grid.currentColumn;
+      out << " | " << (here ? "*" : "") << grid.rows[row][column];
+    }
+    out << "\n";
+  }
+}
+
+void PrintTree(std::ostream& out, const ControlState& tree) {
+  for (const NodeState& node : tree.nodes) {
+    out << (node.selected ? "   >" : "    ") << std::string(static_cast<size_t>(node.depth) * 2, ' ')
+        << (!node.hasChildren ? "  "
+            : node.expanded   ? "- "
+                              : "+ ")
+        << (node.checked ? "[x] " : "[ ] ") << node.text;
+    if (!node.image.empty()) out << "  {" << node.image << "}";
+    out << "\n";
+  }
+}
+
+}  // namespace
+
+ControlState StateOf(const Form& form, const Control& control) {
+  ControlState state;
+  state.name = control.Name();
+  state.kind = control.Kind();
+  state.text = control.Caption();
+  state.visible = control.IsShown();
+  state.enabled = control.IsUsable() || (!control.IsShown() && control.Enabled());
+  state.focused = form.Focus() == &control;
+  state.isDefault = form.DefaultButton() == &control;
+  state.pictureId = control.Picture().id;
+  switch (control.Kind()) {
+    case ControlKind::CheckBox:
+      state.checked = static_cast<const CheckBox&>(control).Checked();
+      break;
+    case ControlKind::OptionButton:
+      state.checked = static_cast<const OptionButton&>(control).Selected();
+      break;
+    case ControlKind::TextBox: {
+      const auto& box = static_cast<const TextBox&>(control);
+      state.text = box.Text();
+      state.readOnly = box.Locked();
+      break;
+    }
+    case ControlKind::Slider: {
+      const auto& slider = static_cast<const Slider&>(control);
+      state.position = slider.Position();
+      state.minimum = slider.Minimum();
+      state.maximum = slider.Maximum();
+      break;
+    }
+    case ControlKind::Grid:
+      ReadGrid(static_cast<const Grid&>(control), state);
+      break;
+    case ControlKind::Tree:
+      ReadTree(static_cast<const Tree&>(control), state);
+      break;
+    default:
+      break;
+  }
+  return state;
+}
+
+FormState StateOf(const Form& form) {
+  FormState state;
+  state.name = form.Name();
+  state.caption = form.Caption();
+  for (const Control* control : form.Controls()) state.controls.push_back(StateOf(form, *control));
+  return state;
+}
+
+std::string_view KindName(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::Label:
+      return "label";
+    case ControlKind::Button:
+      return "button";
+    case ControlKind::CheckBox:
+      return "check box";
+    case ControlKind::OptionButton:
+      return "option";
+    case ControlKind::TextBox:
+      return "text box";
+    case ControlKind::Slider:
+      return "slider";
+    case ControlKind::Grid:
+      return "grid";
+    case ControlKind::Tree:
+      return "tree";
+    case ControlKind::Frame:
+      return "frame";
+    case ControlKind::Section:
+      return "section";
+  }
+  return {};
+}
+
+void Print(std::ostream& out, const ControlState& control) {
+  out << "  " << std::left << std::setw(19) << control.name << std::setw(10) << KindName(control.kind)
+      << std::right;
+  switch (control.kind) {
+    case ControlKind::CheckBox:
+      out << (control.checked ? "[x] " : "[ ] ");
+      break;
+    case ControlKind::OptionButton:
+      out << (control.checked ? "(o) " : "( ) ");
+      break;
+    default:
+      break;
+  }
+  switch (control.kind) {
+    case ControlKind::Slider:
+      out << control.position << " of " << control.minimum << " to " << control.maximum;
+      break;
+    case ControlKind::Grid: {
+      const size_t rows = control.rows.size() - 1;
+      out << rows << (rows == 1 ? " row" : " rows");
+      break;
+    }
+    case ControlKind::Tree:
+      out << control.nodes.size() << (control.nodes.size() == 1 ? " node" : " nodes");
+      break;
+    default:
+      out << QuotedText(control.text);
+  }
+  if (control.pictureId != 0) out << " picture " << control.pictureId;
+  if (control.readOnly) out << " read-only";
+  if (!control.visible) out << " hidden";
+  if (!control.enabled) out << " disabled";
+  if (control.isDefault) out << " default";
+  if (control.focused) out << " focus";
+  out << "\n";
+  if (control.kind == ControlKind::Grid) PrintGrid(out, control);
+  if (control.kind == ControlKind::Tree) PrintTree(out, control);
+}
+
+void Print(std::ostream& out, const FormState& form) {
+  out << form.name;
+  if (!form.caption.empty()) out << " " << QuotedText(form.caption);
+  out << "\n";
+  for (const ControlState& control : form.controls) Print(out, control);
+}
+
+}  // namespace vexa::workbench

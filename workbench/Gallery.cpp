@@ -1,0 +1,79 @@
+#include "workbench/Gallery.h"
+
+#include "core/Numbers.h"
+
+namespace vexa::workbench {
+
+Gallery::Gallery(const Services& services) : Dialog("Gallery"), services_(services) {
+  SetCaption("Gallery of controls");
+  opsGallery.SetCaption("Every kind of control");
+  chkFrame.SetCaption("Choices");
+  fraChoices.SetCaption("Choices");
+  optOne.SetCaption("One");
+  optTwo.SetCaption("Two");
+  optThree.SetCaption("Three");
+  cmdBrowse.SetCaption("Browse...");
+  cmdHidden.SetCaption("Hidden");
+  cmdOk.SetCaption("OK");
+  cmdCancel.SetCaption("Cancel");
+
+  for (OptionButton* option : choices) option->SetFrame(&fraChoices);
+  fraChoices.SetEnabled(false);
+  cmdHidden.SetVisible(false);
+  txtNumber.SetText("5");
+  txtLocked.SetText("only code writes here");
+  gdRows.SetHeaders({"Name", "Value"});
+  gdRows.SetRow(1, {"first", "1"});
+  gdRows.AddRow({"second", "2"});
+  const Tree::Node root = tvNodes.Add(Tree::NoNode, "@root", "Root", "@133");
+  tvNodes.Add(root, "@leaf", "Leaf/with a slash", "@129");
+  SetDefaultButton(cmdOk);
+  SetCancelButton(cmdCancel);
+
+  chkFrame.OnClick = [this] {
+    Log("chkFrame_Click");
+    fraChoices.SetEnabled(chkFrame.Checked());
+  };
+  for (OptionButton* option : choices) {
+    option->OnClick = [this, option] { Log(option->Name() + "_Click"); };
+  }
+  txtNumber.OnChange = [this] { Log("txtNumber_Change"); };
+  txtNumber.OnGotFocus = [this] { Log("txtNumber_GotFocus"); };
+  txtNumber.OnLostFocus = [this] { Log("txtNumber_LostFocus"); };
+  txtNumber.OnValidate = [this] { return NumberIsValid(); };
+  sldLevel.OnChange = [this] { Log("sldLevel_Change"); };
+  gdRows.OnSelChange = [this] { Log("gdRows_SelChange"); };
+  gdRows.OnDoubleClick = [this] { Log("gdRows_DblClick"); };
+  tvNodes.OnNodeCheck = [this](Tree::Node node) { Log("tvNodes_NodeCheck " + tvNodes.Key(node)); };
+  tvNodes.OnNodeClick = [this](Tree::Node node) { Log("tvNodes_NodeClick " + tvNodes.Key(node)); };
+  tvNodes.OnExpand = [this](Tree::Node node) { Log("tvNodes_Expand " + tvNodes.Key(node)); };
+  cmdBrowse.OnClick = Handler(services_, *this, "cmdBrowse_Click", [this] {
+    const auto folder = services_.desktop.BrowseForFolder("Which folder?", "C:\\");
+    Log("cmdBrowse_Click " + folder.value_or("(cancelled)"));
+  });
+  cmdOk.OnClick = [this] { Hide(); };
+  cmdCancel.OnClick = [this] {
+    Log("cmdCancel_Click");
+    Hide();
+  };
+}
+
+void Gallery::CloseWindow() {
+  Log("closed by its window");
+  Hide();
+}
+
+void Gallery::KeyDown(int keyCode) { Log("KeyDown " + std::to_string(keyCode)); }
+
+void Gallery::Log(const std::string& event) {
+  lblEvents.SetCaption(lblEvents.Caption().empty() ? event : lblEvents.Caption() + "; " + event);
+}
+
+bool Gallery::NumberIsValid() {
+  const double number = LeadingNumber(txtNumber.Text());
+  if (number >= 1 && number <= 10) return true;
+  services_.desktop.Show("Between 1 and 10, please", MessageIcon::Critical, MessageButtons::Ok, "Gallery");
+  return false;
+}
+
+}  // namespace vexa::workbench

@@ -1,0 +1,187 @@
+// Commands that do what Outlook and the add-in do: load a profile, make and initialise the page, apply,
+// hide, release; and the queued answers of the system's own dialogs.
+#include <array>
+#include <iomanip>
+
+#include "workbench/Console.h"
+#include "workbench/Gallery.h"
+#include "workbench/Names.h"
+
+namespace vexa::workbench {
+namespace {
+
+using Words = std::vector<std::string>;
+
+void Load(Console& console, const Words& words) {
+  console.Load(words[0]);
+  const World& world = console.Stage().workbench.profile.world;
+  console.Out() << "loaded " << words[0] << ": " << world.Stores().size() << " stores, "
+                << world.FolderNodes().size() << " folders\n";
+}
+
+void Language(Console& console, const Words& words) {
+  const int32_t language = NumberWord(words[0], "the language");
+  console.SetLanguage(language);
+  console.Out() << "texts are in language " << CompiledResources(language).Language() << "\n";
+}
+
+void Create(Console& console, const Words&) { console.Stage().CreatePage(); }
+
+void Initialize(Console& console, const Words&) {
+  OutlookPropertiesPage& page = console.Page();
+  console.AsHost([&] { page.Initialize(console.Stage().workbench.Addin()); });
+}
+
+void Open(Console& console, const Words& words) {
+  Create(console, words);
+  Initialize(console, words);
+}
+
+void Reinitialize(Console& console, const Words&) {
+  OutlookPropertiesPage& page = console.Page();
+  console.AsHost([&] { page.Initialize(nullptr, true); });
+}
+
+void Apply(Console& console, const Words&) {
+  OutlookPropertiesPage& page = console.Page();
+  console.AsHost([&] { page.PropertyPage_Apply(); });
+}
+
+void Hide(Console& console, const Words&) { console.Page().UserControl_Hide(); }
+
+void Release(Console& console, const Words&) {
+  console.Page();
+  if (console.OpenForms().size() > 1) throw ScriptError("a dialog of the page is open; close it first");
+  console.Stage().DestroyPage();
+}
+
+void Site(Console& console, const Words& words) {
+  console.Stage().hasSite = SwitchWord(words[0], "the page site");
+}
+
+void Development(Console&, const Words& words) {
+  InDevelopmentMode = SwitchWord(words[0], "development mode");
+}
+
+void AskPage(Console& console, const Words& words) {
+  OutlookPropertiesPage& page = console.Page();
+  std::ostream& out = console.Out();
+  const std::string& what = words[0];
+  if (SameName(what, "dirty")) {
+    out << "Dirty: " << (page.PropertyPage_Dirty() ? "True" : "False") << "\n";
+  } else if (SameName(what, "name")) {
+    out << "Name: " << QuotedText(page.TabTitle()) << "\n";
+  } else if (SameName(what, "active")) {
+    out << "PageActive: " << (page.PageActive() ? "True" : "False") << "\n";
+  } else if (SameName(what, "page-info")) {
+    std::string helpFile = "as the host passed it";
+    int32_t helpContext = 4711;
+    page.PropertyPage_GetPageInfo(helpFile, helpContext);
+    out << "HelpFile: " << QuotedText(helpFile) << ", HelpContext: " << helpContext << "\n";
+  } else {
+    throw ScriptError("unknown question \"" + what + "\"" +
+                      SuggestName(what, {"dirty", "name", "active", "page-info"}));
+  }
+}
+
+MessageAnswer MessageAnswerWord(const std::string& word) {
+  for (const MessageAnswer answer :
+       {MessageAnswer::Ok, MessageAnswer::Cancel, MessageAnswer::Yes, MessageAnswer::No}) {
+    if (SameName(word, AnswerWord(answer))) return answer;
+  }
+  throw ScriptError("a message box is answered ok, cancel, yes or no, not \"" + word + "\"");
+}
+
+void Answer(Console& console, const Words& words) {
+  const std::string& what = words[0];
+  const std::string& answer = words[1];
+  if (SameName(what, "pick")) {
+    const bool cancel = SameName(answer, "cancel");
+    if (!cancel && console.Stage().workbench.profile.world.FindPath(answer) == NoFolder) {
+      throw ScriptError("there is no folder " + QuotedText(answer) + "; \"folders\" lists them");
+    }
+    console.QueuePick(cancel ? std::nullopt : std::optional(answer));
+  } else if (SameName(what, "message")) {
+    console.QueueMessageAnswer(MessageAnswerWord(answer));
+  } else if (SameName(what, "browse")) {
+    if (SameName(answer, "cancel")) {
+      console.QueueBrowse({BrowseAnswer::Kind::Cancelled, {}});
+    } else if (SameName(answer, "fail")) {
+      console.QueueBrowse({BrowseAnswer::Kind::CannotBeCreated, {}});
+    } else {
+      console.QueueBrowse({BrowseAnswer::Kind::Chosen, answer});
+    }
+  } else if (SameName(what, "shell")) {
+    console.QueueShellCode(NumberWord(answer, "the shell's return code"));
+  } else {
+    throw ScriptError("unknown question \"" + what + "\"" +
+                      SuggestName(what, {"pick", "message", "browse", "shell"}));
+  }
+}
+
+void OpenGallery(Console& console, const Words&) {
+  Stage& stage = console.Stage();
+  Gallery gallery(stage.services);
+  console.ShowModal(gallery, nullptr);
+}
+
+void Say(Console& console, const Words& words) {
+  for (size_t i = 0; i < words.size(); ++i) console.Out() << (i == 0 ? "" : " ") << words[i];
+  console.Out() << "\n";
+}
+
+void Help(Console& console, const Words& words) {
+  std::ostream& out = console.Out();
+  const auto print = [&](const Command& command) {
+    out << "  " << std::left << std::setw(44)
+        << std::string(command.name) + " " + std::string(command.arguments) << std::right << command.purpose
+        << "\n";
+  };
+  if (!words.empty()) {
+    const Command* const command = FindCommand(words[0]);
+    if (command == nullptr)
+      throw ScriptError("unknown command \"" + words[0] + "\"" + SuggestName(words[0], CommandNames()));
+    print(*command);
+    return;
+  }
+  struct Group {
+    const char* title;
+    std::span<const Command> commands;
+  };
+  for (const auto& [title, commands] :
+       {Group{"Outlook and the add-in", HostCommands()}, Group{"The user", UserCommands()},
+        Group{"The world around", WorldCommands()}, Group{"The library by itself", LibraryCommands()}}) {
+    out << title << ":\n";
+    for (const Command& command : commands) print(command);
+  }
+  out << "Words are separated by blanks; double quotes hold words together; \"#\" begins a comment.\n";
+}
+
+void Quit(Console& console, const Words&) { console.Quit(); }
+
+constexpr auto Commands = std::to_array<Command>({
+    {"load", "FILE", "open a profile", 1, 1, Load},
+    {"language", "NUMBER", "texts in 1033 English, 1036 or 3084 French", 1, 1, Language},
+    {"open", "", "make the page and initialise it", 0, 0, Open},
+    {"create", "", "make the page, without initialising it", 0, 0, Create},
+    {"initialize", "", "the add-in initialises the page", 0, 0, Initialize},
+    {"reinitialize", "", "initialise the page once more", 0, 0, Reinitialize},
+    {"apply", "", "Outlook applies the page", 0, 0, Apply},
+    {"hide", "", "Outlook hides the page", 0, 0, Hide},
+    {"release", "", "Outlook lets go of the page", 0, 0, Release},
+    {"site", "on|off", "the page's container is a page site or not", 1, 1, Site},
+    {"development", "on|off", "development mode", 1, 1, Development},
+    {"ask", "dirty|name|active|page-info", "ask the page", 1, 1, AskPage},
+    {"answer", "pick|message|browse|shell ANSWER",
+     "queue an answer: PATH|cancel, ok|cancel|yes|no, FOLDER|cancel|fail, CODE", 2, 2, Answer},
+    {"gallery", "", "open a form that has every kind of control", 0, 0, OpenGallery},
+    {"say", "WORD...", "print the words", 0, AnyNumber, Say},
+    {"help", "[COMMAND]", "list the commands", 0, 1, Help},
+    {"quit", "", "end the run", 0, 0, Quit},
+});
+
+}  // namespace
+
+std::span<const Command> HostCommands() { return Commands; }
+
+}  // namespace vexa::workbench

@@ -1,0 +1,146 @@
+// Outlook's session, folders and folder lists over the world of a profile.
+#include <algorithm>
+
+#include "workbench/Workbench.h"
+
+namespace vexa::workbench {
+namespace {
+
+using Kind = CallLog::Kind;
+
+// The numbers and texts with which Outlook answers.
+Error NotFound() {
+  return {static_cast<int32_t>(0x8004010F), "The operation failed. An object could not be found.",
+          "Microsoft Outlook"};
+}
+Error NoAccess() {
+  return {static_cast<int32_t>(0x80070005),
+          "You do not have sufficient permission to perform this operation.", "Microsoft Outlook"};
+}
+
+class WorkbenchFolder final : public Folder {
+ public:
+  WorkbenchFolder(Workbench& workbench, FolderIndex index) : workbench_(workbench), index_(index) {}
+
+  FolderIndex Index() const { return index_; }
+
+  std::string Name() override { return Node("Name").name; }
+  std::string EntryID() override {
+    const FolderNode& node = Node("EntryID");
+    if (node.unreadable) throw NoAccess();
+    return node.entryID;
+  }
+  std::string StoreID() override {
+    Node("StoreID");
+    return World().StoreOf(index_).storeID;
+  }
+  ItemType DefaultItemType() override { return Node("DefaultItemType").itemType; }
+  std::shared_ptr<vexa::Folders> Folders() override {
+    Node("Folders");
+    return workbench_.FoldersObject(World().ChildrenOf(index_));
+  }
+  FolderRef Parent() override {
+    const FolderIndex parent = Node("Parent").parent;
+    return parent == NoFolder ? nullptr : workbench_.FolderObject(parent);
+  }
+
+ private:
+  workbench::World& World() const { return workbench_.profile.world; }
+
+  const FolderNode& Node(const char* member) const {
+    workbench_.Calls().Enter(std::string("Folder.") + member, Kind::Read,
+                             [&] { return "Folder(" + QuotedText(World().PathOf(index_)) + ")." + member; });
+    const FolderNode& node = World().At(index_);
+    if (node.deleted) throw NotFound();
+    return node;
+  }
+
+  Workbench& workbench_;
+  FolderIndex index_;
+};
+
+class WorkbenchFolders final : public Folders {
+ public:
+  WorkbenchFolders(Workbench& workbench, std::vector<FolderIndex> folders)
+      : workbench_(workbench), folders_(std::move(folders)) {}
+
+  int32_t Count() override {
+    workbench_.Calls().Enter("Folders.Count", Kind::Read);
+    return static_cast<int32_t>(folders_.size());
+  }
+  FolderRef Item(int32_t position) override {
+    workbench_.Calls().Enter("Folders.Item", Kind::Read,
+                             [&] { return "Folders.Item(" + std::to_string(position) + ")"; });
+    if (position < 1 || static_cast<size_t>(position) > folders_.size()) throw NotFound();
+    return workbench_.FolderObject(folders_[static_cast<size_t>(position - 1)]);
+  }
+
+ private:
+  Workbench& workbench_;
+  std::vector<FolderIndex> folders_;
+};
+
+class WorkbenchSession final : public NameSpace {
+ public:
+  explicit WorkbenchSession(Workbench& workbench) : workbench_(workbench) {}
+
+  std::shared_ptr<vexa::Folders> Folders() override {
+    workbench_.Calls().Enter("Sess.Folders", Kind::Read);
+    std::vector<FolderIndex> roots;
+    for (const Store& store : World().Stores()) {
+      if (!World().At(store.root).deleted) roots.push_back(store.root);
+    }
+    return workbench_.FoldersObject(std::move(roots));
+  }
+
+  FolderRef GetFolderFromID(const std::string& entryId, const std::string& storeId) override {
+    workbench_.Calls().Enter("Sess.GetFolderFromID", Kind::Action, [&] {
+      return "Sess.GetFolderFromID(" + QuotedText(entryId) + ", " + QuotedText(storeId) + ")";
+    });
+    const FolderIndex found = World().Find(entryId, storeId);
+    if (found == NoFolder) throw NotFound();
+    return workbench_.FolderObject(found);
+  }
+
+  FolderRef GetDefaultFolder(int32_t defaultFolder) override {
+    workbench_.Calls().Enter("Sess.GetDefaultFolder", Kind::Action,
+                             [&] { return "Sess.GetDefaultFolder(" + std::to_string(defaultFolder) + ")"; });
+    const auto found = World().defaultFolders.find(defaultFolder);
+    if (found == World().defaultFolders.end()) throw NotFound();
+    return workbench_.FolderObject(found->second);
+  }
+
+  FolderRef PickFolder() override {
+    // A picker that fails is never seen by the user; one that works is a line with its outcome.
+    workbench_.Calls().Enter("Sess.PickFolder", Kind::Action, [] { return "Sess.PickFolder()"; });
+    const std::optional<FolderIndex> picked = workbench_.User().PickFolder();
+    const std::string outcome =
+        "picked " + (picked ? QuotedText(World().PathOf(*picked)) : "nothing: cancel");
+    workbench_.Calls().Note("  -> " + outcome);
+    return picked ? workbench_.FolderObject(*picked) : nullptr;
+  }
+
+ private:
+  workbench::World& World() const { return workbench_.profile.world; }
+
+  Workbench& workbench_;
+};
+
+}  // namespace
+
+NameSpaceRef MakeSession(Workbench& workbench) { return std::make_shared<WorkbenchSession>(workbench); }
+
+FolderRef Workbench::FolderObject(FolderIndex folder) {
+  return std::make_shared<WorkbenchFolder>(*this, folder);
+}
+
+FolderIndex Workbench::IndexOf(const Folder& folder) {
+  const auto* ours = dynamic_cast<const WorkbenchFolder*>(&folder);
+  return ours == nullptr ? NoFolder : ours->Index();
+}
+
+std::shared_ptr<Folders> Workbench::FoldersObject(std::vector<FolderIndex> folders) {
+  return std::make_shared<WorkbenchFolders>(*this, std::move(folders));
+}
+
+}  // namespace vexa::workbench

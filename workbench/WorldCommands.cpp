@@ -1,0 +1,224 @@
+// Commands that change the world between two steps of a user, make outside calls fail, and print what was
+// stored and called.
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <fstream>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "workbench/Console.h"
+#include "workbench/Names.h"
+#include "workbench/Settings.h"
+
+namespace vexa::workbench {
+namespace {
+
+using Words = std::vector<std::string>;
+
+SettingsData& FindSettings(Console& console, const std::string& whose) {
+  if (SameName(whose, "stored")) return console.Stage().workbench.profile.settings;
+  if (!SameName(whose, "working")) {
+    throw ScriptError("unknown settings \"" + whose +
+                      "\"; right would be \"stored\" (the add-in's) or \"working\" (the page's copy)");
+  }
+  SettingsData* const working = console.Stage().workbench.WorkingCopy();
+  if (working == nullptr) throw ScriptError("there is no working copy; \"open\" makes one");
+  return *working;
+}
+
+std::vector<std::string_view> SettingNames() {
+  std::vector<std::string_view> names;
+  const SettingsData data;
+  VisitSettings(data, [&](std::string_view name, const auto&) { names.push_back(name); });
+  return names;
+}
+
+// --- words to values
+
+void Assign(bool& value, const std::string& word, std::string_view name) { value = SwitchWord(word, name); }
+void Assign(std::string& value, const std::string& word, std::string_view) { value = word; }
+template <std::integral Integer>
+void Assign(Integer& value, const std::string& word, std::string_view name) {
+  const int32_t number = NumberWord(word, name);
+  if (number < std::numeric_limits<Integer>::min() || number > std::numeric_limits<Integer>::max()) {
+    throw ScriptError(std::string(name) + " must be a whole number of 16 bits, not " + word);
+  }
+  value = static_cast<Integer>(number);
+}
+
+template <typename Value>
+void AssignWords(Value& value, std::span<const std::string> words, std::string_view name) {
+  if (words.size() != 1) throw ScriptError(std::string(name) + " takes one value");
+  Assign(value, words.front(), name);
+}
+template <typename Value>
+void AssignWords(std::vector<Value>& values, std::span<const std::string> words, std::string_view name) {
+  std::vector<Value> items(words.size());
+  for (size_t i = 0; i < words.size(); ++i) Assign(items[i], words[i], name);
+  values = std::move(items);
+}
+
+void Set(Console& console, const Words& words) {
+  SettingsData& settings = FindSettings(console, words[0]);
+  bool found = false;
+  VisitSettings(settings, [&](std::string_view name, auto& value) {
+    if (!SameName(name, words[1])) return;
+    found = true;
+    AssignWords(value, std::span(words).subspan(2), name);
+  });
+  if (!found)
+    throw ScriptError("unknown setting \"" + words[1] + "\"" + SuggestName(words[1], SettingNames()));
+}
+
+// --- values to text
+
+std::string ValueText(bool value) { return value ? "True" : "False"; }
+std::string ValueText(int32_t value) { return std::to_string(value); }
+std::string ValueText(const std::string& value) { return QuotedText(value); }
+template <typename Value>
+std::string ValueText(const std::vector<Value>& values) {
+  std::string text = std::to_string(values.size()) + " item" + (values.size() == 1 ? "" : "s");
+  for (size_t i = 0; i < values.size(); ++i) text += (i == 0 ? ": " : ", ") + ValueText(values[i]);
+  return text;
+}
+
+void Dump(Console& console, const Words& words) {
+  const SettingsData& settings = FindSettings(console, words[0]);
+  const std::vector<std::string_view> names = SettingNames();
+  for (size_t i = 1; i < words.size(); ++i) {
+    if (std::ranges::none_of(names, [&](std::string_view name) { return SameName(name, words[i]); })) {
+      throw ScriptError("unknown setting \"" + words[i] + "\"" + SuggestName(words[i], names));
+    }
+  }
+  VisitSettings(settings, [&](std::string_view name, const auto& value) {
+    const auto isWanted = [&](const std::string& word) { return SameName(word, name); };
+    if (words.size() > 1 && std::none_of(words.begin() + 1, words.end(), isWanted)) return;
+    console.Out() << "  " << name << " = " << ValueText(value) << "\n";
+  });
+}
+
+void CanWriteSwitch(Console& console, const Words& words) {
+  console.Stage().workbench.profile.addin.canWrite = SwitchWord(words[0], "the write access");
+}
+
+void Flag(Console& console, const Words& words) {
+  AddinState& addin = console.Stage().workbench.profile.addin;
+  const bool value = SwitchWord(words[1], "the flag");
+  if (SameName(words[0], "BypassBlocked")) {
+    addin.bypassBlocked = value;
+  } else if (SameName(words[0], "DelayAvailable")) {
+    addin.delayAvailable = value;
+  } else {
+    throw ScriptError("unknown flag \"" + words[0] + "\"" +
+                      SuggestName(words[0], {"BypassBlocked", "DelayAvailable"}));
+  }
+}
+
+void Scan(Console& console, const Words& words) {
+  console.Stage().workbench.profile.addin.scanning = SwitchWord(words[0], "the scan");
+}
+
+FolderIndex FindFolder(Console& console, const std::string& path) {
+  const FolderIndex folder = console.Stage().workbench.profile.world.FindPath(path);
+  if (folder == NoFolder)
+    throw ScriptError("there is no folder " + QuotedText(path) + "; \"folders\" lists them");
+  return folder;
+}
+
+void Delete(Console& console, const Words& words) {
+  console.Stage().workbench.profile.world.Delete(FindFolder(console, words[0]));
+}
+
+void Unreadable(Console& console, const Words& words) {
+  console.Stage().workbench.profile.world.At(FindFolder(console, words[0])).unreadable =
+      SwitchWord(words[1], "unreadable");
+}
+
+void ListFolders(Console& console, const Words& words) {
+  const World& world = console.Stage().workbench.profile.world;
+  const auto print = [&](FolderIndex folder) {
+    const FolderNode& node = world.At(folder);
+    console.Out() << "  " << QuotedText(world.PathOf(folder)) << " item type "
+                  << static_cast<int32_t>(node.itemType);
+    const size_t below = world.ChildrenOf(folder).size();
+    if (below > 0) console.Out() << ", " << below << (below == 1 ? " subfolder" : " subfolders");
+    if (node.unreadable) console.Out() << ", unreadable";
+    console.Out() << "\n";
+  };
+  if (words.empty()) {
+    for (const Store& store : world.Stores()) {
+      if (!world.At(store.root).deleted) print(store.root);
+    }
+  } else {
+    for (const FolderIndex child : world.ChildrenOf(FindFolder(console, words[0]))) print(child);
+  }
+}
+
+void FailMember(Console& console, const Words& words) {
+  const std::vector<std::string>& known = CallLog::KnownMembers();
+  const auto member =
+      std::ranges::find_if(known, [&](const std::string& name) { return SameName(name, words[0]); });
+  if (member == known.end()) {
+    throw ScriptError("unknown member \"" + words[0] + "\"" +
+                      SuggestName(words[0], std::vector<std::string_view>(known.begin(), known.end())));
+  }
+  const int32_t n = NumberWord(words[1], "which call fails");
+  if (n < 1) throw ScriptError("the next call is number 1, not " + words[1]);
+  const int32_t number = NumberWord(words[2], "the error number");
+  console.Stage().calls.PlanFault(*member, n,
+                                  Error(number, words[3], words.size() > 4 ? words[4] : "VexaAddin"));
+}
+
+void Trace(Console& console, const Words& words) {
+  CallLog& calls = console.Stage().calls;
+  if (words.empty()) {
+    for (const std::string& line : calls.Lines()) console.Out() << "  " << line << "\n";
+    if (calls.Lines().empty()) console.Out() << "  (nothing was called)\n";
+  } else if (SameName(words[0], "clear") && words.size() == 1) {
+    calls.Clear();
+  } else if (SameName(words[0], "reads") && words.size() == 2) {
+    calls.ShowReads(SwitchWord(words[1], "reads"));
+  } else {
+    throw ScriptError("right would be: trace, trace clear, trace reads on|off");
+  }
+}
+
+void ShowLog(Console& console, const Words&) {
+  const Stage& stage = console.Stage();
+  const std::string place = stage.files.PlaceOf(stage.workbench.profile.settings.ErrorLogPath);
+  std::ifstream log(place);
+  bool empty = true;
+  for (std::string line; std::getline(log, line); empty = false) {
+    const auto record = nlohmann::json::parse(line, nullptr, false);
+    if (record.is_discarded()) {
+      console.Out() << "  a line that is no record\n";
+      continue;
+    }
+    console.Out() << "  " << record.value("number", 0) << " " << QuotedText(record.value("description", ""))
+                  << " trail " << record.value("trail", nlohmann::json::array()).dump() << "\n";
+  }
+  if (empty) console.Out() << "  (no record)\n";
+}
+
+constexpr auto Commands = std::to_array<Command>({
+    {"set", "stored|working SETTING VALUE...", "change a setting behind the page's back", 2, AnyNumber, Set},
+    {"dump", "stored|working [SETTING...]", "print settings: the add-in's, or the page's working copy", 1,
+     AnyNumber, Dump},
+    {"canwrite", "on|off", "give or take the right to change settings", 1, 1, CanWriteSwitch},
+    {"flag", "BypassBlocked|DelayAvailable on|off", "set a flag of the add-in", 2, 2, Flag},
+    {"scan", "on|off", "a search of the monitored folders runs or not", 1, 1, Scan},
+    {"folders", "[PATH]", "list the stores, or the folders in a folder", 0, 1, ListFolders},
+    {"delete", "PATH", "delete a folder and everything in it", 1, 1, Delete},
+    {"unreadable", "PATH on|off", "make a folder's EntryID unreadable", 2, 2, Unreadable},
+    {"fail", "MEMBER N NUMBER TEXT [SOURCE]", "let the n-th call of a member from now fail", 4, 5,
+     FailMember},
+    {"trace", "[clear | reads on|off]", "print the outside calls since the last clear", 0, 2, Trace},
+    {"log", "", "print the error log", 0, 0, ShowLog},
+});
+
+}  // namespace
+
+std::span<const Command> WorldCommands() { return Commands; }
+
+}  // namespace vexa::workbench
