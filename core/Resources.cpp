@@ -23,6 +23,7 @@ void ReplaceAll(std::string& text, std::string_view what, std::string_view with)
 std::string Resources::LoadString(int32_t id, std::span<const Variant> args) const {
   std::string text;
   if (!source_.FetchString(id, text)) throw MakeError(ErrorNumber::ResourceNotFound);
+  if (text.find('|') == std::string::npos) return text;
   // Strictly one argument after the other: a text inserted by one may hold a mark of a later one, and the
   // first of ten also fills the front of "|10". Both are part of how texts are written.
   for (size_t k = 0; k < args.size(); ++k) {

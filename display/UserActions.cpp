@@ -208,7 +208,7 @@ std::string ReasonFor(Outcome outcome) {
     case Outcome::ReadOnly:
       return "is read-only";
     case Outcome::FocusKept:
-      return "is out of reach: another control keeps the focus";
+      return "is out of reach";
     case Outcome::NotTaken:
       return "takes nothing of the kind";
   }

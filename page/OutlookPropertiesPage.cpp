@@ -24,6 +24,8 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   LoadCaptions(services.resources);
   lblFooter.SetVisible(false);
   cmdIDEApply.SetVisible(false);
+  cmdChange.SetEnabled(false);
+  cmdRemove.SetEnabled(false);
   cmdTracking.SetEnabled(false);
   cmdAdvanced.SetEnabled(false);
   SetDefaultButton(cmdAdd);

@@ -73,7 +73,8 @@ void Console::Execute(const std::string& line) {
   try {
     const std::vector<std::string> words = SplitWords(line);
     if (words.empty()) return;
-    if (!source_.interactive) Out() << "> " << line << "\n";
+    const bool speaks = SameName(words.front(), "say");  // what it prints stands for itself
+    if (!source_.interactive && !speaks) Out() << "> " << line << "\n";
     const Command* const command = FindCommand(words.front());
     if (command == nullptr) {
       throw ScriptError("unknown command \"" + words.front() + "\"" +
@@ -91,6 +92,8 @@ void Console::Execute(const std::string& line) {
     Fail(name + error.what());
   } catch (const ProfileError& error) {
     Fail(name + error.what());
+  } catch (const Error& error) {
+    Out() << ErrorLine(error) << "\n";  // in development mode errors surface from event handlers
   }
 }
 

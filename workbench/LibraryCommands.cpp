@@ -21,13 +21,14 @@ void LoadText(Console& console, const Words& words) {
 void LoadPicture(Console& console, const Words& words) {
   const int32_t id = NumberWord(words[1], "the id");
   const Resources& resources = console.Stage().resources;
-  if (SameName(words[0], "icon")) {
-    console.AsHost([&] { console.Out() << "icon " << resources.LoadIcon(id).id << "\n"; });
-  } else if (SameName(words[0], "cursor")) {
-    console.AsHost([&] { console.Out() << "cursor " << resources.LoadCursor(id).id << "\n"; });
-  } else {
+  const bool icon = SameName(words[0], "icon");
+  if (!icon && !SameName(words[0], "cursor")) {
     throw ScriptError("a picture is an icon or a cursor, not \"" + words[0] + "\"");
   }
+  console.AsHost([&] {
+    const Picture picture = icon ? resources.LoadIcon(id) : resources.LoadCursor(id);
+    console.Out() << (icon ? "icon " : "cursor ") << picture.id << "\n";
+  });
 }
 
 // --- error records
@@ -103,7 +104,7 @@ void ErrorRecord(Console& console, const Words& words) {
     PrintRecord(console.Out(), record);
   } else if (SameName(verb, "text") && words.size() <= 2) {
     const bool english = words.size() == 2 && SameName(words[1], "english");
-    console.Out() << record.toString(stage.resources, english) << "\n";
+    console.Out() << QuotedText(record.toString(stage.resources, english)) << "\n";
   } else if (SameName(verb, "display") && words.size() == 1) {
     record.Display(stage.resources, stage.services.desktop);
   } else if (SameName(verb, "log") && words.size() == 1) {

@@ -18,9 +18,21 @@ using Words = std::vector<std::string>;
 
 UserActions User(Console& console) { return UserActions(console.TopForm()); }
 
+std::string FocusName(const Form& form) {
+  return form.Focus() == nullptr ? form.Name() : form.Focus()->Name();
+}
+
 /// Says why the user could not do it; says nothing when it was done.
 void Report(Console& console, const std::string& name, Outcome outcome) {
-  if (outcome != Outcome::Done) console.Out() << "refused: " << name << " " << ReasonFor(outcome) << "\n";
+  if (outcome == Outcome::Done) return;
+  console.Out() << "refused: ";
+  if (outcome == Outcome::FocusKept) {
+    const std::string keeper = FocusName(console.TopForm());
+    if (keeper != name) console.Out() << name << " is out of reach: ";
+    console.Out() << keeper << " keeps the focus\n";
+  } else {
+    console.Out() << name << " " << ReasonFor(outcome) << "\n";
+  }
 }
 
 template <typename Kind>
@@ -148,10 +160,6 @@ void Collapse(Console& console, const Words& words) { SetExpanded(console, words
 
 void Focus(Console& console, const Words& words) {
   Act(console, words[0], [](UserActions& user, Control& control) { return user.Focus(control); });
-}
-
-std::string FocusName(const Form& form) {
-  return form.Focus() == nullptr ? form.Name() : form.Focus()->Name();
 }
 
 void Leave(Console& console, const Words& words) {
