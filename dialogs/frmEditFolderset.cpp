@@ -104,8 +104,8 @@ void frmEditFolderset::Initialize(OptionsPage& /*outlookPropertiesPage*/, AddinA
 
 void frmEditFolderset::LoadRecord() {
   for (const auto& fields : {std::span(FolderSetFields::Folders), std::span(FolderSetFields::Routing)}) {
-    for (const auto& [list, value] : fields) {
-      IgnoreErrors([&] { this->*value = Require((Require(settings_).*list)()).Item(index_); });
+    for (const FolderSetFields::Field& field : fields) {
+      IgnoreErrors([&] { this->*field.value = Require((Require(settings_).*field.list)()).Item(index_); });
     }
   }
   IgnoreErrors([&] { FLAGS = Require(Require(settings_).GetFolderSetFlags()).Item(index_); });
@@ -215,8 +215,8 @@ void frmEditFolderset::Ok() {
   int32_t count = 0;
   IgnoreErrors([&] { count = settings.GetFolderSetCount(); });
   for (const auto& fields : {std::span(FolderSetFields::Folders), std::span(FolderSetFields::Routing)}) {
-    for (const auto& [list, value] : fields) {
-      IgnoreErrors([&] { InsertAt(Require((settings.*list)()), this->*value, index_, count); });
+    for (const FolderSetFields::Field& field : fields) {
+      IgnoreErrors([&] { InsertAt(Require((settings.*field.list)()), this->*field.value, index_, count); });
     }
   }
   IgnoreErrors([&] { InsertAt(Require(settings.GetFolderSetFlags()), FLAGS, index_, count); });

@@ -64,7 +64,7 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
   bool end_array() override { return Close(); }
   bool key(string_t& key) override {
     const auto& members = open_.back().node.members;
-    if (std::ranges::any_of(members, [&](const auto& member) { return member.first == key; })) {
+    if (std::ranges::any_of(members, [&](const auto& member) { return member.name == key; })) {
       throw JsonError(Line(), "\"" + key + "\" is given twice; once is right");
     }
     open_.back().key = std::move(key);
@@ -136,7 +136,7 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
     } else if (parent.node.kind == JsonNode::Kind::Array) {
       parent.node.items.push_back(std::move(node));
     } else {
-      parent.node.members.emplace_back(std::move(parent.key), std::move(node));
+      parent.node.members.push_back({std::move(parent.key), std::move(node)});
     }
     ++parent.count;
     return true;

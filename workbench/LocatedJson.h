@@ -13,6 +13,8 @@
 
 namespace vexa::workbench {
 
+struct JsonMember;
+
 struct JsonNode {
   enum class Kind { Null, Boolean, Integer, Real, String, Array, Object };
   Kind kind = Kind::Null;
@@ -20,8 +22,13 @@ struct JsonNode {
   bool boolean = false;
   int64_t integer = 0;
   std::string text;
-  std::vector<JsonNode> items;                            // of an array
-  std::vector<std::pair<std::string, JsonNode>> members;  // of an object, in order
+  std::vector<JsonNode> items;      // of an array
+  std::vector<JsonMember> members;  // of an object, in order
+};
+
+struct JsonMember {
+  std::string name;
+  JsonNode value;
 };
 
 class JsonError : public std::runtime_error {

@@ -83,8 +83,8 @@ class ObjectReader {
   }
   const JsonNode* Find(std::string_view member) {
     known_.push_back(member);
-    const auto found = std::ranges::find(node_.members, member, [](const auto& m) { return m.first; });
-    return found == node_.members.end() ? nullptr : &found->second;
+    const auto found = std::ranges::find(node_.members, member, &JsonMember::name);
+    return found == node_.members.end() ? nullptr : &found->value;
   }
   void RefuseUnknown(const char* kind) const {
     for (const auto& [member, value] : node_.members) {
