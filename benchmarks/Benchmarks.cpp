@@ -78,7 +78,7 @@ void InitializePage(benchmark::State& state) {
   NoWindows windows;
   NoAnswers answers;
   const auto count = static_cast<int32_t>(state.range(0));
-  Stage stage(ProfileWithFolderSets(count), "", windows, answers);
+  Stage stage(ProfileWithFolderSets(count), "", std::nullopt, windows, answers);
   stage.calls.SetRecording(false);
   OutlookPropertiesPage& page = stage.CreatePage();
   const int64_t before = stage.calls.CallCount();

@@ -51,6 +51,12 @@ class Variant {
   /// The object held, or null when the value is not one.
   ObjectRef ToObject() const;
 
+  /// Calls the visitor with what is held: std::monostate, bool, int64_t, double, std::string or ObjectRef.
+  template <typename Visitor>
+  decltype(auto) Visit(Visitor&& visitor) const {
+    return std::visit(std::forward<Visitor>(visitor), value_);
+  }
+
  private:
   std::variant<std::monostate, bool, int64_t, double, std::string, ObjectRef> value_;
 };

@@ -34,15 +34,10 @@ class WorkbenchUtilities final : public Utilities {
     return workbench_.profile.addin.delayAvailable;
   }
   std::string GetFolderPath(const FolderRef& folder) override {
-    const FolderIndex index = IndexOf(folder);
-    workbench_.Calls().Enter("Util.GetFolderPath", Kind::Action,
-                             [&] { return "Util.GetFolderPath(" + QuotedText(PathOf(index)) + ")"; });
-    return PathOf(index);
+    return PathOf(Enter("Util.GetFolderPath", folder));
   }
   bool IsPublicFolder(const FolderRef& folder) override {
-    const FolderIndex index = IndexOf(folder);
-    workbench_.Calls().Enter("Util.IsPublicFolder", Kind::Action,
-                             [&] { return "Util.IsPublicFolder(" + QuotedText(PathOf(index)) + ")"; });
+    const FolderIndex index = Enter("Util.IsPublicFolder", folder);
     return workbench_.profile.world.StoreOf(index).kind == StoreKind::PublicFolders;
   }
   std::shared_ptr<AddinApplication> App() override {
@@ -62,10 +57,15 @@ class WorkbenchUtilities final : public Utilities {
   }
 
  private:
-  FolderIndex IndexOf(const FolderRef& folder) const {
-    const FolderIndex index = Workbench::IndexOf(Require(folder));
-    if (index == NoFolder || workbench_.profile.world.At(index).deleted)
+  /// Enters a call with a folder; the folder's index when it still exists.
+  FolderIndex Enter(const std::string& member, const FolderRef& folder) const {
+    const FolderIndex index = folder == nullptr ? NoFolder : Workbench::IndexOf(*folder);
+    workbench_.Calls().Enter(member, Kind::Action, [&] {
+      return member + "(" + (index == NoFolder ? "nothing" : QuotedText(PathOf(index))) + ")";
+    });
+    if (index == NoFolder || workbench_.profile.world.At(index).deleted) {
       throw MakeError(ErrorNumber::InvalidProcedureCall);
+    }
     return index;
   }
   std::string PathOf(FolderIndex index) const { return workbench_.profile.world.PathOf(index); }

@@ -129,20 +129,31 @@ void Console::AsHost(const std::function<void()>& call) {
 }
 
 void Console::Load(const std::string& path) {
-  if (stage_ != nullptr && stage_->Page() != nullptr) throw ScriptError("release the page first");
+  RequireNoForm();
   Profile profile = ReadProfile(path);
-  if (language_) profile.language = *language_;
-  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, *this, *this);
+  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, language_, *this, *this);
 }
 
 void Console::SetLanguage(int32_t language) {
+  if (language < 1 || language > 0xFFFF) {
+    throw ScriptError("a language is a Windows language number, such as 1033, not " +
+                      std::to_string(language));
+  }
+  RequireNoForm();
   language_ = language;
   if (stage_ == nullptr) return;
-  if (stage_->Page() != nullptr) throw ScriptError("release the page first");
   Profile profile = std::move(stage_->workbench.profile);
   const std::string path = stage_->files.ProfilePath();
-  profile.language = language;
-  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, *this, *this);
+  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, language_, *this, *this);
+}
+
+void Console::RequireNoDialog() const {
+  if (!dialogs_.empty()) throw ScriptError(dialogs_.back()->Name() + " is open; close it first");
+}
+
+void Console::RequireNoForm() const {
+  RequireNoDialog();
+  if (stage_ != nullptr && stage_->Page() != nullptr) throw ScriptError("release the page first");
 }
 
 Stage& Console::Stage() {
@@ -193,11 +204,12 @@ void Console::ShowModal(Dialog& dialog, Form* /*owner*/) {
   Out() << "[" << dialog.Name() << " closes]\n";
 }
 
-std::optional<std::string> Console::Ask(const std::string& question, const std::string& choices) {
+std::optional<std::string> Console::Ask(const std::string& question, const char* kind,
+                                        const std::string& choices) {
   if (ended_) return std::nullopt;
   if (!source_.interactive) {
-    Fail("a question has no queued answer: " + question + "; right would be \"answer " + choices +
-         "\" before");
+    Fail("a question has no queued answer: " + question + "; right would be \"answer " + kind + " " +
+         choices + "\" before");
     return std::nullopt;
   }
   std::string line;
@@ -213,7 +225,7 @@ std::optional<FolderIndex> Console::PickFolder() {
     path = *queued;
   } else {
     for (;;) {
-      const auto answer = Ask("Select Folder", "pick PATH|cancel");
+      const auto answer = Ask("Select Folder", "pick", "PATH|cancel");
       if (!answer || answer->empty() || SameName(*answer, "cancel")) break;
       if (world.FindPath(*answer) != NoFolder) {
         path = *answer;
@@ -250,7 +262,7 @@ MessageAnswer Console::AnswerMessage(const std::string& asked, MessageButtons bu
   }
   if (tells && !source_.interactive) return possible.front();
   for (;;) {
-    const auto word = Ask(asked, "message " + choices);
+    const auto word = Ask(asked, "message", choices);
     if (!word) return possible.back();
     for (const MessageAnswer answer : possible) {
       if (SameName(*word, AnswerWord(answer)) || (tells && word->empty())) return answer;
@@ -261,7 +273,7 @@ MessageAnswer Console::AnswerMessage(const std::string& asked, MessageButtons bu
 BrowseAnswer Console::BrowseForFolder(const std::string& prompt, const std::string& startFolder) {
   if (auto queued = TakeFirst(browses_)) return *queued;
   const auto answer =
-      Ask(QuotedText(prompt) + " from " + QuotedText(startFolder), "browse FOLDER|cancel|fail");
+      Ask(QuotedText(prompt) + " from " + QuotedText(startFolder), "browse", "FOLDER|cancel|fail");
   if (!answer || answer->empty() || SameName(*answer, "cancel")) return {};
   if (SameName(*answer, "fail")) return {BrowseAnswer::Kind::CannotBeCreated, {}};
   return {BrowseAnswer::Kind::Chosen, *answer};
@@ -271,13 +283,14 @@ int32_t Console::OpenDocument(const std::string& path) {
   constexpr int32_t success = 42;
   Seen("opens the document " + QuotedText(path));
   if (auto queued = TakeFirst(shellCodes_)) return *queued;
-  const auto answer = Ask("The shell's return code for " + QuotedText(path), "shell CODE");
-  if (!answer || answer->empty()) return success;
-  try {
-    return NumberWord(*answer, "the code");
-  } catch (const ScriptError& error) {
-    Fail(error.what());
-    return success;
+  for (;;) {
+    const auto answer = Ask("The shell's return code for " + QuotedText(path), "shell", "CODE");
+    if (!answer || answer->empty()) return success;
+    try {
+      return NumberWord(*answer, "the code");
+    } catch (const ScriptError& error) {
+      Seen(error.what());
+    }
   }
 }
 

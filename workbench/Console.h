@@ -46,9 +46,9 @@ class Console final : public ModalWindows, public UserAnswers {
 
   LibraryBench bench;
 
-  /// Opens a profile in place of the one before. Error: ScriptError while a page is there.
+  /// Opens a profile in place of the one before. Error: ScriptError while a form is open.
   void Load(const std::string& path);
-  /// The language of the pages made from now on, whatever the profile says.
+  /// The language of the pages made from now on, whatever the profiles say.
   void SetLanguage(int32_t language);
   /// The stage; ScriptError when no profile is loaded.
   vexa::workbench::Stage& Stage();
@@ -57,6 +57,8 @@ class Console final : public ModalWindows, public UserAnswers {
   /// The form that takes the user's input: the dialog opened last, or the page.
   Form& TopForm();
   std::vector<Form*> OpenForms() const;
+  /// ScriptError while a dialog is open: the page that it belongs to cannot go.
+  void RequireNoDialog() const;
   /// A control of the top form by its name; ScriptError when there is none.
   Control& FindControl(const std::string& name);
 
@@ -86,9 +88,11 @@ class Console final : public ModalWindows, public UserAnswers {
   void Execute(const std::string& line);
   void Fail(const std::string& message);
   bool ReadLine(std::string& line, const std::string& prompt);
-  /// Asks the person at the terminal; nothing at the end of the input. In a script it ends the run.
-  std::optional<std::string> Ask(const std::string& question, const std::string& choices);
+  /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it
+  /// ends the run.
+  std::optional<std::string> Ask(const std::string& question, const char* kind, const std::string& choices);
   void NoteUnusedAnswers();
+  void RequireNoForm() const;
 
   CommandSource source_;
   std::ostream& out_;

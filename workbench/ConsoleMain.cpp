@@ -43,6 +43,10 @@ int RunConsole(const Options& options) {
   if (!options.script.empty()) {
     script.open(options.script);
     if (!script) throw std::runtime_error(options.script + ": cannot be read: " + std::strerror(errno));
+    // A folder opens like a file, but nothing can be read from it.
+    if (script.peek(); script.bad())
+      throw std::runtime_error(options.script + ": cannot be read; right would be a file");
+    script.clear();
   }
   const bool interactive = options.script.empty() && ::isatty(STDIN_FILENO) == 1;
   vexa::workbench::CommandSource source{options.script.empty() ? std::cin : script,

@@ -25,7 +25,10 @@ void Language(Console& console, const Words& words) {
   console.Out() << "texts are in language " << CompiledResources(language).Language() << "\n";
 }
 
-void Create(Console& console, const Words&) { console.Stage().CreatePage(); }
+void Create(Console& console, const Words&) {
+  console.RequireNoDialog();
+  console.Stage().CreatePage();
+}
 
 void Initialize(Console& console, const Words&) {
   OutlookPropertiesPage& page = console.Page();
@@ -51,7 +54,7 @@ void Hide(Console& console, const Words&) { console.Page().UserControl_Hide(); }
 
 void Release(Console& console, const Words&) {
   console.Page();
-  if (console.OpenForms().size() > 1) throw ScriptError("a dialog of the page is open; close it first");
+  console.RequireNoDialog();
   console.Stage().DestroyPage();
 }
 

@@ -102,9 +102,10 @@ void ErrorRecord(Console& console, const Words& words) {
     record = RaiseThrough(record, std::span(words).subspan(1));
   } else if (SameName(verb, "print") && words.size() == 1) {
     PrintRecord(console.Out(), record);
-  } else if (SameName(verb, "text") && words.size() <= 2) {
-    const bool english = words.size() == 2 && SameName(words[1], "english");
-    console.Out() << QuotedText(record.toString(stage.resources, english)) << "\n";
+  } else if (SameName(verb, "text") && words.size() == 1) {
+    console.Out() << QuotedText(record.toString(stage.resources)) << "\n";
+  } else if (SameName(verb, "text") && words.size() == 2 && SameName(words[1], "english")) {
+    console.Out() << QuotedText(record.toString(stage.resources, true)) << "\n";
   } else if (SameName(verb, "display") && words.size() == 1) {
     record.Display(stage.resources, stage.services.desktop);
   } else if (SameName(verb, "log") && words.size() == 1) {
@@ -131,6 +132,15 @@ void PrintSection(std::ostream& out, const OptionsSection& section) {
   line("Line2", section.Highlight());
 }
 
+int32_t LengthWord(const std::string& word, std::string_view what) {
+  constexpr int32_t longest = 100000;
+  const int32_t length = NumberWord(word, what);
+  if (length < 0 || length > longest) {
+    throw ScriptError(std::string(what) + " must be from 0 to " + std::to_string(longest) + ", not " + word);
+  }
+  return length;
+}
+
 void Section(Console& console, const Words& words) {
   OptionsSection& section = console.bench.section;
   const std::string& verb = words[0];
@@ -140,12 +150,12 @@ void Section(Console& console, const Words& words) {
   } else if (SameName(verb, "caption") && oneArgument) {
     section.SetCaption(words[1]);
   } else if (SameName(verb, "measure") && oneArgument) {
-    const int32_t perCharacter = NumberWord(words[1], "the width of a character");
+    const int32_t perCharacter = LengthWord(words[1], "the width of a character");
     section.SetMeasure([perCharacter](const std::string& caption) {
       return perCharacter * static_cast<int>(caption.size());
     });
   } else if (SameName(verb, "resize") && oneArgument) {
-    section.Resize(NumberWord(words[1], "the inner width"));
+    section.Resize(LengthWord(words[1], "the inner width"));
   } else if (SameName(verb, "read") && words.size() <= 2) {
     section.ReadProperties({oneArgument ? std::optional(words[1]) : std::nullopt, std::nullopt});
   } else if (SameName(verb, "write") && words.size() == 1) {

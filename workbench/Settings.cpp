@@ -85,7 +85,7 @@ std::vector<Value> ItemsOf(const CollectionRef<Value>& collection) {
   void WorkbenchSettings::Let##Name(const Type& value) {                            \
     workbench_.Calls().Enter("RS." #Name "=", Kind::Action,                         \
                              [&] { return "RS." #Name " = " + ValueText(value); }); \
-    data.Name = value;                                                              \
+    LetSetting(#Name, data.Name, value);                                            \
   }
 #define VEXA_COLLECTION(place, Name, Type)                                                               \
   CollectionRef<Type> WorkbenchSettings::Get##Name() {                                                   \

@@ -25,6 +25,15 @@ struct SettingsData {
   friend bool operator==(const SettingsData&, const SettingsData&) = default;
 };
 
+/// Assigns a property as the settings object's Let does: the error log's path is given by its folder alone.
+template <typename Value>
+void LetSetting(std::string_view /*name*/, Value& member, const Value& value) {
+  member = value;
+}
+inline void LetSetting(std::string_view name, std::string& member, const std::string& value) {
+  member = name == "ErrorLogPath" ? value + "\\VEXAERRORS.MDB" : value;
+}
+
 /// Calls visit(name, member) for each member in the interface's order; the members are bool, int16_t,
 /// int32_t, std::string, or a vector of std::string or int32_t.
 template <typename Data, typename Visitor>

@@ -17,10 +17,11 @@ std::string UtcNow() {
 
 }  // namespace
 
-Stage::Stage(Profile profile, const std::string& profilePath, ModalWindows& windows, UserAnswers& user)
+Stage::Stage(Profile profile, const std::string& profilePath, std::optional<int32_t> language,
+             ModalWindows& windows, UserAnswers& user)
     : workbench(std::move(profile), profilePath, calls, user),
       files(profilePath),
-      resourceSource(workbench.profile.language),
+      resourceSource(language.value_or(workbench.profile.language)),
       resources(resourceSource),
       errorLog({files, [this] { return page_ == nullptr ? std::string() : page_->ErrorLogPath(); }, UtcNow,
                 [] { return std::string("VexaControls " VEXA_VERSION " in the workbench"); }}),

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/JsonErrorLog.h"
@@ -17,8 +18,10 @@ namespace vexa::workbench {
 
 class Stage {
  public:
-  /// `profilePath` is where Apply saves the profile; empty: nowhere.
-  Stage(Profile profile, const std::string& profilePath, ModalWindows& windows, UserAnswers& user);
+  /// `profilePath` is where Apply saves the profile; empty: nowhere. Texts are in `language`, or in the
+  /// profile's when none is given.
+  Stage(Profile profile, const std::string& profilePath, std::optional<int32_t> language,
+        ModalWindows& windows, UserAnswers& user);
 
   OutlookPropertiesPage& CreatePage();
   OutlookPropertiesPage* Page() const { return page_.get(); }

@@ -51,7 +51,7 @@ Tree::Node FindNode(const Tree& tree, const std::string& path) {
   for (const std::string_view part : SplitPath(path)) {
     Tree::Node next = Tree::NoNode;
     for (const Tree::Node child : tree.Children(here)) {
-      if (EncodedName(tree.Text(child)) == part) next = child;
+      if (next == Tree::NoNode && EncodedName(tree.Text(child)) == part) next = child;
     }
     if (next == Tree::NoNode) {
       throw ScriptError(tree.Name() + " has no node \"" + std::string(part) + "\" in the path \"" + path +

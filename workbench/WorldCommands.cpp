@@ -190,13 +190,14 @@ void ShowLog(Console& console, const Words&) {
   std::ifstream log(place);
   bool empty = true;
   for (std::string line; std::getline(log, line); empty = false) {
-    const auto record = nlohmann::json::parse(line, nullptr, false);
-    if (record.is_discarded()) {
+    try {
+      const auto record = nlohmann::json::parse(line);
+      console.Out() << "  " << record.at("number").get<int32_t>() << " "
+                    << QuotedText(record.at("description").get<std::string>()) << " trail "
+                    << record.at("trail").dump() << "\n";
+    } catch (const nlohmann::json::exception&) {
       console.Out() << "  a line that is no record\n";
-      continue;
     }
-    console.Out() << "  " << record.value("number", 0) << " " << QuotedText(record.value("description", ""))
-                  << " trail " << record.value("trail", nlohmann::json::array()).dump() << "\n";
   }
   if (empty) console.Out() << "  (no record)\n";
 }

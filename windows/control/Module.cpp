@@ -1,0 +1,129 @@
+// The five functions that the module exports, and its class factory.
+#include "windows/control/Module.h"
+
+#include <atomic>
+
+#include "VexaControls.h"
+#include "windows/control/PageControl.h"
+
+namespace vexa::windows {
+namespace {
+
+HMODULE moduleHandle = nullptr;
+std::atomic<LONG> useCount = 0;
+
+class PageFactory final : public IClassFactory {
+ public:
+  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (interfaceId != IID_IUnknown && interfaceId != IID_IClassFactory) return E_NOINTERFACE;
+    AddRef();
+    *object = static_cast<IClassFactory*>(this);
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    HRESULT found = E_FAIL;
+    const HRESULT made = Guarded(IID_IClassFactory, [&] {
+      const ComPtr<IUnknown> page = PageControl::Create();
+      found = page->QueryInterface(interfaceId, object);
+    });
+    return FAILED(made) ? made : found;
+  }
+  STDMETHODIMP LockServer(BOOL lock) override {
+    useCount += lock != FALSE ? 1 : -1;
+    return S_OK;
+  }
+
+ private:
+  ~PageFactory() = default;
+  std::atomic<ULONG> references_ = 1;
+  ModuleUse use_;
+};
+
+}  // namespace
+
+HMODULE ModuleHandle() { return moduleHandle; }
+
+std::wstring ModulePath() {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(moduleHandle, path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0) Check(HRESULT_FROM_WIN32(GetLastError()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+ModuleUse::ModuleUse() { ++useCount; }
+ModuleUse::~ModuleUse() { --useCount; }
+LONG ModuleUse::Count() { return useCount; }
+
+ComPtr<ITypeLib> LoadModuleTypeLib(int number) {
+  ComPtr<ITypeLib> library;
+  const std::wstring place = ModulePath() + L"\\" + std::to_wstring(number);
+  Check(LoadTypeLibEx(place.c_str(), REGKIND_NONE, library.Receive()));
+  return library;
+}
+
+}  // namespace vexa::windows
+
+using vexa::windows::Guarded;
+using vexa::windows::ModuleUse;
+using vexa::windows::RegistrationScope;
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*/) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    vexa::windows::moduleHandle = module;
+    DisableThreadLibraryCalls(module);
+  }
+  return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (classId != CLSID_OutlookPropertiesPage) return CLASS_E_CLASSNOTAVAILABLE;
+  HRESULT found = E_FAIL;
+  const HRESULT made = Guarded(IID_IClassFactory, [&] {
+    const auto factory = vexa::windows::ComPtr<IClassFactory>::Attach(new vexa::windows::PageFactory());
+    found = factory->QueryInterface(interfaceId, object);
+  });
+  return FAILED(made) ? made : found;
+}
+
+STDAPI DllCanUnloadNow() { return ModuleUse::Count() == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() {
+  return Guarded(IID_NULL, [] { vexa::windows::RegisterModule(RegistrationScope::Machine); });
+}
+
+STDAPI DllUnregisterServer() {
+  return Guarded(IID_NULL, [] { vexa::windows::UnregisterModule(RegistrationScope::Machine); });
+}
+
+/// regsvr32 /n /i:user registers for the current user, /i alone per machine.
+STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
+  const bool user = commandLine != nullptr && _wcsicmp(commandLine, L"user") == 0;
+  if (!user && commandLine != nullptr && *commandLine != L'\0') return E_INVALIDARG;
+  const RegistrationScope scope = user ? RegistrationScope::User : RegistrationScope::Machine;
+  return Guarded(IID_NULL, [&] {
+    if (install != FALSE) {
+      vexa::windows::RegisterModule(scope);
+    } else {
+      vexa::windows::UnregisterModule(scope);
+    }
+  });
+}

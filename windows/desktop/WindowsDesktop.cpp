@@ -1,0 +1,195 @@
+#include "windows/desktop/WindowsDesktop.h"
+
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include "core/Error.h"
+#include "windows/com/Text.h"
+
+namespace vexa::windows {
+namespace {
+
+UINT IconStyle(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::None:
+      return 0;
+    case MessageIcon::Critical:
+      return MB_ICONERROR;
+    case MessageIcon::Question:
+      return MB_ICONQUESTION;
+    case MessageIcon::Exclamation:
+      return MB_ICONWARNING;
+    case MessageIcon::Information:
+      return MB_ICONINFORMATION;
+  }
+  return 0;
+}
+
+UINT ButtonStyle(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::Ok:
+      return MB_OK;
+    case MessageButtons::OkCancel:
+      return MB_OKCANCEL;
+    case MessageButtons::YesNo:
+      return MB_YESNO;
+    case MessageButtons::YesNoCancel:
+      return MB_YESNOCANCEL;
+  }
+  return MB_OK;
+}
+
+/// Error 5 for a system dialog that could not be shown, with the system's reason.
+[[noreturn]] void ThrowNotShown() {
+  Error error = MakeError(ErrorNumber::InvalidProcedureCall);
+  error.LastDLLError = static_cast<int32_t>(GetLastError());
+  throw error;
+}
+
+/// What SHBrowseForFolder hands back, freed as it wants it.
+class ItemList {
+ public:
+  explicit ItemList(PIDLIST_ABSOLUTE list) : list_(list) {}
+  ItemList(const ItemList&) = delete;
+  ItemList& operator=(const ItemList&) = delete;
+  ~ItemList() { CoTaskMemFree(list_); }
+  PIDLIST_ABSOLUTE Get() const { return list_; }
+
+ private:
+  PIDLIST_ABSOLUTE list_;
+};
+
+int CALLBACK SelectStartFolder(HWND window, UINT message, LPARAM, LPARAM data) {
+  if (message == BFFM_INITIALIZED) SendMessageW(window, BFFM_SETSELECTIONW, TRUE, data);
+  return 0;
+}
+
+class FileHandle {
+ public:
+  explicit FileHandle(HANDLE handle) : handle_(handle) {}
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+  ~FileHandle() {
+    if (IsOpen()) CloseHandle(handle_);
+  }
+  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  HANDLE Get() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+}  // namespace
+
+MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, MessageButtons buttons,
+                                   const std::string& title) {
+  const int pressed = MessageBoxW(GetActiveWindow(), ToUtf16(text).c_str(), ToUtf16(title).c_str(),
+                                  IconStyle(icon) | ButtonStyle(buttons));
+  switch (pressed) {
+    case IDOK:
+      return MessageAnswer::Ok;
+    case IDCANCEL:
+      return buttons == MessageButtons::Ok ? MessageAnswer::Ok : MessageAnswer::Cancel;
+    case IDYES:
+      return MessageAnswer::Yes;
+    case IDNO:
+      return MessageAnswer::No;
+    default:
+      ThrowNotShown();
+  }
+}
+
+int32_t WindowsDesktop::ShellExecuteOpen(const std::string& path) {
+  const HINSTANCE code =
+      ShellExecuteW(GetDesktopWindow(), L"Open", ToUtf16(path).c_str(), L"", L"C:\\", SW_SHOWNORMAL);
+  return static_cast<int32_t>(reinterpret_cast<INT_PTR>(code));
+}
+
+std::optional<std::string> WindowsDesktop::BrowseForFolder(const std::string& prompt,
+                                                           const std::string& startFolder) {
+  const std::wstring title = ToUtf16(prompt);
+  const std::wstring start = ToUtf16(startFolder);
+  BROWSEINFOW info{};
+  info.hwndOwner = GetActiveWindow();
+  info.lpszTitle = title.c_str();
+  info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
+  info.lpfn = SelectStartFolder;
+  info.lParam = reinterpret_cast<LPARAM>(start.c_str());
+  const ItemList chosen(SHBrowseForFolderW(&info));
+  if (chosen.Get() == nullptr) return std::nullopt;
+  std::wstring path(MAX_PATH, L'\0');
+  if (SHGetPathFromIDListW(chosen.Get(), path.data()) == FALSE) ThrowNotShown();
+  path.resize(wcslen(path.c_str()));
+  return ToUtf8(path);
+}
+
+ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(module), language_(language) {
+  constexpr LANGID english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+  const auto has = [&](LANGID candidate) {
+    return FindResourceExW(module_, MAKEINTRESOURCEW(6) /* RT_STRING */, MAKEINTRESOURCEW(1), candidate) !=
+           nullptr;
+  };
+  if (has(language)) return;
+  language_ = english;
+  for (WORD sublanguage = 1; sublanguage < 64; ++sublanguage) {
+    const LANGID related = MAKELANGID(PRIMARYLANGID(language), sublanguage);
+    if (has(related)) {
+      language_ = related;
+      return;
+    }
+  }
+}
+
+bool ModuleResources::FetchString(int32_t id, std::string& text) const {
+  constexpr int32_t blockSize = 16;
+  if (id < 0 || id > 0xFFFF) return false;
+  const HRSRC block = FindResourceExW(module_, MAKEINTRESOURCEW(6) /* RT_STRING */,
+                                      MAKEINTRESOURCEW(id / blockSize + 1), language_);
+  if (block == nullptr) return false;
+  const HGLOBAL loaded = LoadResource(module_, block);
+  const auto* entry = static_cast<const wchar_t*>(LockResource(loaded));
+  if (entry == nullptr) return false;
+  // Sixteen texts one behind the other, each after its length.
+  for (int32_t skipped = 0; skipped < id % blockSize; ++skipped) entry += 1 + *entry;
+  if (*entry == 0) return false;
+  text = ToUtf8({entry + 1, *entry});
+  return true;
+}
+
+bool ModuleResources::HasIcon(int32_t id) const {
+  return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(14) /* RT_GROUP_ICON */) != nullptr;
+}
+
+bool ModuleResources::HasCursor(int32_t id) const {
+  return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(12) /* RT_GROUP_CURSOR */) != nullptr;
+}
+
+void WindowsFileAppender::Append(const std::string& path, std::string_view text) {
+  const FileHandle file(CreateFileW(ToUtf16(path).c_str(), FILE_APPEND_DATA | SYNCHRONIZE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  const auto fail = [&] {
+    Error error = MakeError(ErrorNumber::PathFileAccess);
+    error.LastDLLError = static_cast<int32_t>(GetLastError());
+    throw error;
+  };
+  if (!file.IsOpen()) fail();
+  OVERLAPPED range{};
+  if (LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, MAXDWORD, MAXDWORD, &range) == FALSE) fail();
+  DWORD written = 0;
+  const bool whole =
+      WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != FALSE &&
+      written == text.size() && FlushFileBuffers(file.Get()) != FALSE;
+  UnlockFileEx(file.Get(), 0, MAXDWORD, MAXDWORD, &range);
+  if (!whole) fail();
+}
+
+std::string UtcNow() {
+  SYSTEMTIME now{};
+  GetSystemTime(&now);
+  const auto twoDigits = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+  return std::to_string(now.wYear) + "-" + twoDigits(now.wMonth) + "-" + twoDigits(now.wDay) + "T" +
+         twoDigits(now.wHour) + ":" + twoDigits(now.wMinute) + ":" + twoDigits(now.wSecond) + "Z";
+}
+
+}  // namespace vexa::windows

@@ -1,0 +1,52 @@
+// Windows as the library needs it: message boxes and system dialogs, texts and pictures from the module's
+// resources in the user's language, and the file that the error log is appended to.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "contracts/Desktop.h"
+#include "core/JsonErrorLog.h"
+#include "core/Resources.h"
+
+namespace vexa::windows {
+
+/// Dialogs belong to the window that is active in the calling thread.
+class WindowsDesktop final : public Desktop {
+ public:
+  MessageAnswer Show(const std::string& text, MessageIcon icon, MessageButtons buttons,
+                     const std::string& title) override;
+  int32_t ShellExecuteOpen(const std::string& path) override;
+  std::optional<std::string> BrowseForFolder(const std::string& prompt,
+                                             const std::string& startFolder) override;
+};
+
+/// The string tables, icons and cursors of a module. Texts come in the given language when the module has
+/// it, else in one of the same primary language, else in English.
+class ModuleResources final : public ResourceSource {
+ public:
+  ModuleResources(HMODULE module, LANGID language);
+
+  bool FetchString(int32_t id, std::string& text) const override;
+  bool HasIcon(int32_t id) const override;
+  bool HasCursor(int32_t id) const override;
+
+  LANGID Language() const { return language_; }
+
+ private:
+  HMODULE module_;
+  LANGID language_;
+};
+
+/// Appends as one writer at a time, through to the disk.
+class WindowsFileAppender final : public FileAppender {
+ public:
+  void Append(const std::string& path, std::string_view text) override;
+};
+
+/// The time now, ISO 8601 in UTC.
+std::string UtcNow();
+
+}  // namespace vexa::windows
