@@ -1,0 +1,506 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <set>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+#include "workbench/import/Import.h"
+
+namespace vexa::workbench {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path Samples = VEXA_TESTDATA_DIR;
+const fs::path MailboxSample = Samples / "pstextractortest@outlook.com.ost";
+const fs::path PersonalSample = Samples / "enron.pst";
+
+#define REQUIRE_SAMPLE(path)                                                                \
+  if (!fs::exists(path)) {                                                                  \
+    GTEST_SKIP() << (path) << " is not there; scripts/fetch-test-data fetches the samples"; \
+  }
+
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory() {
+    std::string pattern = (fs::temp_directory_path() / "vexa-import-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw std::system_error(errno, std::generic_category(), pattern);
+    path_ = pattern;
+  }
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  ~TemporaryDirectory() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+ private:
+  fs::path path_;
+};
+
+std::string ContentOf(const fs::path& path) {
+  std::string content(fs::file_size(path), '\0');
+  std::ifstream(path, std::ios::binary).read(content.data(), static_cast<std::streamsize>(content.size()));
+  return content;
+}
+
+std::string WriteFile(const std::string& path, std::string_view content) {
+  std::ofstream(path, std::ios::binary) << content;
+  return path;
+}
+
+/// The tree as text: a folder a line, indented, with the number of its item type.
+std::string TreeOf(const World& world, uint32_t store = 0) {
+  std::ostringstream text;
+  std::vector<std::pair<FolderIndex, int>> pending{{world.Stores().at(store).root, 0}};
+  while (!pending.empty()) {
+    const auto [folder, depth] = pending.back();
+    pending.pop_back();
+    text << std::string(static_cast<size_t>(depth), ' ') << world.At(folder).name << " "
+         << static_cast<int>(world.At(folder).itemType) << "\n";
+    const std::vector<FolderIndex> children = world.ChildrenOf(folder);
+    for (auto child = children.rbegin(); child != children.rend(); ++child)
+      pending.emplace_back(*child, depth + 1);
+  }
+  return text.str();
+}
+
+std::string DefaultFoldersOf(const World& world) {
+  std::ostringstream text;
+  for (const auto& [number, folder] : world.defaultFolders)
+    text << number << " " << world.PathOf(folder) << "\n";
+  return text.str();
+}
+
+/// What the import says of a file that it must refuse, without the name that it must start with.
+std::string Refusal(const std::string& path) {
+  try {
+    ImportDataFile(path);
+  } catch (const ProfileError& error) {
+    const std::string message = error.what();
+    EXPECT_TRUE(message.starts_with(path + ": ")) << message;
+    EXPECT_EQ(message.find_first_of("\r\n"), std::string::npos) << message;
+    return message.substr(std::min(message.size(), path.size() + 2));
+  }
+  ADD_FAILURE() << path << " was imported";
+  return {};
+}
+
+// --- real files
+
+TEST(ImportRealFile, MailboxHasItsFoldersUnderOwnersName) {
+  REQUIRE_SAMPLE(MailboxSample);
+  const World world = ImportDataFile(MailboxSample.string()).world;
+  ASSERT_EQ(world.Stores().size(), 1u) << "the account has no public folders";
+  EXPECT_EQ(world.Stores()[0].kind, StoreKind::Mailbox);
+  EXPECT_EQ(TreeOf(world),
+            "Mailbox - pstextractortest@outlook.com 0\n"
+            " Deleted Items 0\n"
+            " Inbox 0\n"
+            " Outbox 0\n"
+            " Sent Items 0\n"
+            " Archive 0\n"
+            " Yammer Root 0\n"
+            "  Inbound 0\n"
+            "  Outbound 0\n"
+            "  Feeds 0\n"
+            " Conversation History 0\n"
+            "  Team Chat 0\n"
+            " Files 0\n"
+            " Conversation Action Settings 0\n"
+            " Junk Email 0\n"
+            " ExternalContacts 2\n"
+            " Journal 4\n"
+            " Tasks 3\n"
+            " Drafts 0\n"
+            " Contacts 2\n"
+            "  Companies 2\n"
+            "  Organizational Contacts 2\n"
+            "  PeopleCentricConversation Buddies 2\n"
+            "  GAL Contacts 2\n"
+            "  {06967759-274D-40B2-A3EB-D7F9E73727D7} 2\n"
+            "  Recipient Cache 2\n"
+            "  {A9E2BC46-B3A0-4243-B315-60D991004455} 2\n"
+            " Calendar 1\n"
+            "  United States holidays 1\n"
+            "  Birthdays 1\n"
+            " Notes 5\n"
+            " Sync Issues 0\n"
+            "  Conflicts 0\n"
+            "  Local Failures 0\n"
+            "  Server Failures 0\n"
+            " RSS Feeds 0\n"
+            " Quick Step Settings 0\n");
+  const std::string mailbox = R"( \\Mailbox - pstextractortest@outlook.com\)";
+  EXPECT_EQ(DefaultFoldersOf(world), "3" + mailbox + "Deleted Items\n4" + mailbox + "Outbox\n5" + mailbox +
+                                         "Sent Items\n6" + mailbox + "Inbox\n9" + mailbox + "Calendar\n10" +
+                                         mailbox + "Contacts\n11" + mailbox + "Journal\n12" + mailbox +
+                                         "Notes\n13" + mailbox + "Tasks\n16" + mailbox + "Drafts\n");
+}
+
+TEST(ImportRealFile, IdsAreTheFilesOwnWhereverItLies) {
+  REQUIRE_SAMPLE(MailboxSample);
+  const TemporaryDirectory directory;
+  const std::string copy = directory / MailboxSample.filename().string();
+  fs::copy_file(MailboxSample, copy);
+  const World world = ImportDataFile(MailboxSample.string()).world;
+  const World moved = ImportDataFile(copy).world;
+
+  EXPECT_EQ(world.Stores()[0].storeID, moved.Stores()[0].storeID);
+  const std::string recordKey = "85CE62A2C04A18408AC7F0B140A9BB0E";
+  for (size_t i = 0; i < world.FolderNodes().size(); ++i) {
+    const std::string& id = world.FolderNodes()[i].entryID;
+    EXPECT_EQ(id.size(), 48u);
+    EXPECT_TRUE(id.starts_with("00000000" + recordKey)) << id;
+    EXPECT_EQ(id, moved.FolderNodes()[i].entryID);
+  }
+  EXPECT_EQ(world.At(world.defaultFolders.at(6)).entryID, "00000000" + recordKey + "82210000");
+  EXPECT_EQ(world.At(world.defaultFolders.at(9)).entryID, "00000000" + recordKey + "82810000");
+
+  const std::string& storeId = world.Stores()[0].storeID;
+  EXPECT_TRUE(storeId.starts_with("0000000038A1BB1005E5101AA1BB08002B2A56C200006D737073742E646C6C00"))
+      << storeId;
+  EXPECT_TRUE(storeId.ends_with("2E006F00730074000000" + recordKey)) << storeId;
+}
+
+TEST(ImportRealFile, PersonalFoldersFileHasItsDisplayName) {
+  REQUIRE_SAMPLE(PersonalSample);
+  const World world = ImportDataFile(PersonalSample.string()).world;
+  ASSERT_EQ(world.Stores().size(), 1u);
+  EXPECT_EQ(world.Stores()[0].kind, StoreKind::PersonalFolders);
+  EXPECT_EQ(TreeOf(world),
+            "Personal folders 0\n"
+            " Deleted Items 0\n"
+            " lokay-m 0\n"
+            "  MLOKAY (Non-Privileged) 0\n"
+            "   TW-Commercial Group 0\n"
+            "   Systems 0\n"
+            "   Sent Items 0\n"
+            "   Personal 0\n");
+  EXPECT_EQ(DefaultFoldersOf(world), "3 \\\\Personal folders\\Deleted Items\n")
+      << "a folder deeper down that is called Sent Items is not the default one";
+  EXPECT_EQ(world.At(world.Stores()[0].root).entryID, "00000000B688AEC0B1E86043A526ADD35FD0674622800000");
+}
+
+TEST(ImportRealFile, SearchFoldersAreNoFolders) {
+  REQUIRE_SAMPLE(MailboxSample);
+  std::set<std::string> names;
+  for (const DataFileFolder& folder : ReadDataFile(MailboxSample.string()).folders) names.insert(folder.name);
+  EXPECT_EQ(names.count("Finder"), 1u);
+  EXPECT_EQ(names.count("To-Do Search"), 0u) << "lies in Finder";
+  EXPECT_EQ(names.count("SPAM Search Folder 2"), 0u);
+}
+
+TEST(ImportRealFile, PasswordIsRespected) {
+  REQUIRE_SAMPLE(PersonalSample);
+  const TemporaryDirectory directory;
+  std::string content = ContentOf(PersonalSample);
+  constexpr size_t passwordChecksum = 0x5640;  // of the message store, permuted like all content of this file
+  content.at(passwordChecksum) = static_cast<char>(~content.at(passwordChecksum));
+  EXPECT_EQ(Refusal(WriteFile(directory / "locked.pst", content)), "is protected by a password");
+}
+
+TEST(ImportRealFile, OtherKindsOfEncryptionAreRefused) {
+  REQUIRE_SAMPLE(PersonalSample);
+  const TemporaryDirectory directory;
+  std::string content = ContentOf(PersonalSample).substr(0, 0x10000);
+  content[513] = 16;
+  content.replace(184, 8, std::string("\0\0\1\0\0\0\0\0", 8));  // the end of the file
+  EXPECT_EQ(Refusal(WriteFile(directory / "protected.pst", content)),
+            "is encrypted with method 16, which cannot be read");
+}
+
+// --- files that are none, or not whole
+
+TEST(ImportBadFile, SaysWhatIsWrong) {
+  const TemporaryDirectory directory;
+  EXPECT_EQ(Refusal(directory / "none.pst"), "there is no such file");
+  EXPECT_EQ(Refusal(directory / "."), "is a directory, not an Outlook data file");
+  EXPECT_EQ(Refusal("/dev/null"), "is not a regular file");
+  EXPECT_EQ(Refusal(WriteFile(directory / "empty.ost", "")), "is empty");
+  EXPECT_EQ(Refusal(WriteFile(directory / "text.pst", "Dear Sir or Madam,\n")),
+            "is not an Outlook data file (.pst, .ost)");
+  EXPECT_EQ(Refusal(WriteFile(directory / "short.pst", "!BDN")),
+            "is cut short: only 4 bytes of it are there");
+  EXPECT_TRUE(Refusal(WriteFile(directory / "zeros.pst", "!BDN" + std::string(4096, '\0')))
+                  .starts_with("is damaged: "));
+
+  const std::string twoLines = WriteFile(directory / "two\nlines.pst", "text");
+  try {
+    ImportDataFile(twoLines);
+    ADD_FAILURE();
+  } catch (const ProfileError& error) {
+    EXPECT_EQ(std::string_view(error.what()).find('\n'), std::string_view::npos);
+  }
+}
+
+TEST(ImportBadFile, NameMustBeUtf8) {
+  DataFile file;
+  file.recordKey = Bytes(16, 7);
+  file.folders = {{.node = 0x122, .name = ""},
+                  {.node = 0x8022, .parent = 0x122, .name = "Top of Personal Folders"}};
+  EXPECT_NO_THROW(ProfileOf(file, "caf\xC3\xA9.pst"));
+  EXPECT_THROW(ProfileOf(file, "caf\xE9.pst"), ProfileError);
+}
+
+TEST(ImportBadFile, CutShort) {
+  REQUIRE_SAMPLE(MailboxSample);
+  const TemporaryDirectory directory;
+  const std::string path = directory / "cut.ost";
+  fs::copy_file(MailboxSample, path);
+  for (const uintmax_t size : {16818175u, 16000000u, 4096000u, 65537u, 4096u, 516u, 515u, 100u, 12u, 5u}) {
+    fs::resize_file(path, size);
+    EXPECT_EQ(Refusal(path), "is cut short: only " + std::to_string(size) + " bytes of it are there");
+  }
+}
+
+TEST(ImportBadFile, DamagedFoldersAreNotPassedOver) {
+  REQUIRE_SAMPLE(PersonalSample);
+  const TemporaryDirectory directory;
+  const std::string whole = ContentOf(PersonalSample);
+  // First bytes of the blocks with the properties of "Deleted Items" and "lokay-m", and with the tables of
+  // the folders below the top, below "lokay-m" and below the folder in it.
+  for (const size_t block : {0x4E40u, 0x5740u, 0x4FC0u, 0x57C0u, 0x73C0u}) {
+    std::string content = whole;
+    content.at(block) = static_cast<char>(~content.at(block));
+    EXPECT_TRUE(Refusal(WriteFile(directory / "damaged.pst", content)).starts_with("is damaged: lib"))
+        << block;
+  }
+}
+
+/// Positions where a change matters to the import: header, index pages, and the blocks of store and folders.
+std::vector<size_t> SensitivePositions(const std::string& content) {
+  constexpr size_t pageSize = 512;
+  std::vector<size_t> positions;
+  const auto add = [&](size_t from, size_t size) {
+    for (size_t i = from; i < from + size; ++i) positions.push_back(i);
+  };
+  add(0, 564);
+  add(0x4C00, 0x3100);
+  for (size_t page = 0x4400; page + pageSize <= content.size(); page += pageSize) {
+    const auto type = static_cast<uint8_t>(content[page + 496]);
+    if ((type == 0x80 || type == 0x81) && content[page + 497] == content[page + 496]) add(page, pageSize);
+  }
+  return positions;
+}
+
+TEST(ImportBadFile, AnyDamageGivesAnErrorOrAProfileThatCanBeKept) {
+  REQUIRE_SAMPLE(PersonalSample);
+  constexpr uint32_t seed = 20240607;
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const TemporaryDirectory directory;
+  const std::string whole = ContentOf(PersonalSample);
+  const std::vector<size_t> positions = SensitivePositions(whole);
+  const std::string path = WriteFile(directory / "damaged.pst", whole);
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  const auto put = [&](size_t position, char value) {
+    file.seekp(static_cast<std::streamoff>(position));
+    file.put(value);
+  };
+
+  size_t refused = 0;
+  size_t changed = 0;
+  const std::string undamaged = TreeOf(ImportDataFile(path).world);
+  for (int round = 0; round < 300; ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    std::vector<size_t> damaged;
+    for (size_t count = size_t{1} << random() % 8; count > 0; --count) {
+      damaged.push_back(positions[random() % positions.size()]);
+      put(damaged.back(), static_cast<char>(random()));
+    }
+    ASSERT_TRUE(file.flush());
+    try {
+      const Profile profile = ImportDataFile(path);
+      const std::string tree = TreeOf(profile.world);
+      changed += tree != undamaged;
+      const std::string kept = directory / "kept.json";
+      WriteProfile(kept, profile);
+      EXPECT_EQ(TreeOf(ReadProfile(kept).world), tree);
+    } catch (const ProfileError& error) {
+      ++refused;
+      EXPECT_TRUE(std::string_view(error.what()).starts_with(path + ": ")) << error.what();
+      EXPECT_EQ(std::string_view(error.what()).find_first_of("\r\n"), std::string_view::npos) << error.what();
+    }
+    for (const size_t position : damaged) put(position, whole[position]);
+  }
+  ASSERT_TRUE(file.flush());
+  EXPECT_EQ(TreeOf(ImportDataFile(path).world), undamaged);
+  EXPECT_GT(refused, 20u) << "the damage did not reach what the import reads";
+  EXPECT_LT(refused, 290u) << "the damage was always too coarse";
+  EXPECT_GT(changed, 0u) << "the damage reached no name or class";
+}
+
+// --- hierarchies for which there is no sample
+
+constexpr uint32_t RootNode = 0x122;
+
+Bytes EntryIdOf(const DataFile& file, uint8_t low, uint8_t high) {
+  Bytes id(4);
+  std::ranges::copy(file.recordKey, std::back_inserter(id));
+  std::ranges::copy(Bytes{low, high, 0, 0}, std::back_inserter(id));
+  return id;
+}
+
+DataFile OfflineFile() {
+  DataFile file;
+  file.offline = true;
+  file.recordKey = Bytes(16, 0xAB);
+  file.passwordChecksum = 0xFFFFFFFF;  // as in each .ost
+  file.folders = {{.node = RootNode},
+                  {.node = 0x2002, .parent = RootNode, .name = "Root - Public"},
+                  {.node = 0x2022, .parent = 0x2002, .name = "IPM_SUBTREE"},
+                  {.node = 0x20A2, .parent = RootNode, .name = "Root - Mailbox"},
+                  {.node = 0x2142, .parent = 0x20A2, .name = "IPM_SUBTREE"}};
+  return file;
+}
+
+DataFile PersonalFile() {
+  DataFile file;
+  file.recordKey = Bytes(16, 0xCD);
+  file.displayName = "Archive 2003";
+  file.folders = {{.node = RootNode}, {.node = 0x8022, .parent = RootNode, .name = "Dossiers personnels"}};
+  file.links[SubtreeLink] = EntryIdOf(file, 0x22, 0x80);
+  return file;
+}
+
+TEST(ImportHierarchy, PublicFoldersAreAStoreOfTheirOwn) {
+  DataFile file = OfflineFile();
+  file.owner = "Ann Example";
+  file.folders.push_back({.node = 0x8022, .parent = 0x2022, .name = "Favorites"});
+  file.folders.push_back({.node = 0x8042, .parent = 0x2022, .name = "All Public Folders"});
+  file.folders.push_back(
+      {.node = 0x8062, .parent = 0x8042, .name = "Contacts", .containerClass = "IPF.Contact"});
+  file.folders.push_back({.node = 0x8082, .parent = 0x2142, .name = "Inbox", .containerClass = "IPF.Note"});
+  const World world = ProfileOf(file, "a/mail.ost").world;
+  ASSERT_EQ(world.Stores().size(), 2u);
+  EXPECT_EQ(world.Stores()[1].kind, StoreKind::PublicFolders);
+  EXPECT_EQ(TreeOf(world, 0), "Mailbox - Ann Example 0\n Inbox 0\n");
+  EXPECT_EQ(TreeOf(world, 1), "Public Folders 0\n Favorites 0\n All Public Folders 0\n  Contacts 2\n");
+  EXPECT_EQ(DefaultFoldersOf(world), "6 \\\\Mailbox - Ann Example\\Inbox\n");
+
+  const DataFile other = [] {
+    DataFile copy = OfflineFile();
+    copy.recordKey = Bytes(16, 0xAC);
+    return copy;
+  }();
+  const std::set<std::string> storeIds{world.Stores()[0].storeID, world.Stores()[1].storeID,
+                                       ProfileOf(file, "a/mail2.ost").world.Stores()[0].storeID,
+                                       ProfileOf(other, "b/mail.ost").world.Stores()[0].storeID};
+  EXPECT_EQ(storeIds.size(), 4u) << "another store, another id";
+}
+
+TEST(ImportHierarchy, DefaultFoldersFollowLinksRatherThanNames) {
+  DataFile file = PersonalFile();
+  file.folders.push_back(
+      {.node = 0x8042, .parent = 0x8022, .name = "Calendar", .containerClass = "IPF.Appointment"});
+  file.folders.push_back(
+      {.node = 0x8062, .parent = 0x8042, .name = "Termine", .containerClass = "IPF.Appointment"});
+  file.folders.push_back(
+      {.node = 0x8082, .parent = 0x8022, .name = "Contacts", .containerClass = "IPF.Task"});
+  file.folders.push_back({.node = 0x80A2, .parent = 0x8022, .name = "Boîte de réception"});
+  file.folders.push_back(
+      {.node = 0x80C2, .parent = 0x8022, .name = "Geheim", .containerClass = "IPF.StickyNote"});
+  file.folders.push_back({.node = 0x80E2, .parent = RootNode, .name = "Hidden"});
+  file.folders[0].links[AppointmentLink] = EntryIdOf(file, 0x62, 0x80);
+  file.folders[5].links[NoteLink] = EntryIdOf(file, 0xC2, 0x80);
+  file.links[WastebasketLink] = EntryIdOf(file, 0xE2, 0x80);  // not below the top: Outlook does not show it
+  file.links[OutboxLink] = {1, 2, 3};
+  file.links[SentMailLink] = EntryIdOf(OfflineFile(), 0xA2, 0x80);  // a folder of another file
+  EXPECT_EQ(DefaultFoldersOf(ProfileOf(file, "x.pst").world),
+            "6 \\\\Archive 2003\\Boîte de réception\n"
+            "9 \\\\Archive 2003\\Calendar\\Termine\n"
+            "12 \\\\Archive 2003\\Geheim\n");
+}
+
+TEST(ImportHierarchy, ServerEntryIdsLeadToFoldersByTheirCount) {
+  DataFile file = OfflineFile();
+  Bytes link(46);
+  link[43] = 0x0D;
+  link[42] = 0x01;
+  file.folders.push_back(
+      {.node = 0x8022, .parent = 0x2142, .name = "Inbox", .links = {{AppointmentLink, link}}});
+  file.folders.push_back(
+      {.node = 0x8042, .parent = 0x2142, .name = "Local", .serverId = {0, 0, 0, 0, 0, 0, 1, 0x0D}});
+  file.folders.push_back(
+      {.node = 0x8062, .parent = 0x2142, .name = "Agenda", .serverId = {1, 0, 0, 0, 0, 0, 1, 0x0D}});
+  EXPECT_EQ(DefaultFoldersOf(ProfileOf(file, "x.ost").world),
+            "6 \\\\Mailbox - x\\Inbox\n9 \\\\Mailbox - x\\Agenda\n");
+}
+
+TEST(ImportHierarchy, DepthIsNoLimit) {
+  DataFile file = PersonalFile();
+  constexpr uint32_t depth = 20000;
+  for (uint32_t i = 1; i <= depth; ++i) {
+    file.folders.push_back({.node = 0x8022 + 0x20 * i, .parent = 0x8022 + 0x20 * (i - 1), .name = "Deeper"});
+  }
+  const World world = ProfileOf(file, "deep.pst").world;
+  EXPECT_EQ(world.FolderNodes().size(), depth + 1);
+  FolderIndex deepest = world.Stores()[0].root;
+  size_t levels = 0;
+  for (; !world.At(deepest).children.empty(); ++levels) deepest = world.At(deepest).children.front();
+  EXPECT_EQ(levels, depth);
+}
+
+TEST(ImportHierarchy, UnusableContentIsRefused) {
+  const auto refusal = [](const DataFile& file) -> std::string {
+    try {
+      ProfileOf(file, "x.pst");
+      return "none";
+    } catch (const ProfileError& error) {
+      return error.what();
+    }
+  };
+  EXPECT_EQ(refusal(PersonalFile()), "none");
+  EXPECT_EQ(refusal(OfflineFile()), "none");
+  EXPECT_EQ(refusal(DataFile{}), "x.pst: is damaged: its store has no record key");
+  DataFile file = PersonalFile();
+  file.passwordChecksum = 1;
+  EXPECT_EQ(refusal(file), "x.pst: is protected by a password");
+  file = PersonalFile();
+  file.links.clear();
+  EXPECT_EQ(refusal(file), "x.pst: has no mailbox: the folder at the top of one is missing");
+  file.folders.clear();
+  EXPECT_EQ(refusal(file), "x.pst: is damaged: it has no folders");
+  file = PersonalFile();
+  file.folders.push_back({.node = 0x8042, .parent = 0x8022});
+  file.folders.push_back({.node = 0x8042, .parent = 0x8022});
+  EXPECT_EQ(refusal(file), "x.pst: is damaged: two folders have the same entry id");
+}
+
+TEST(ImportHierarchy, ItemTypeIsThatOfTheContainerClass) {
+  const std::pair<const char*, ItemType> rows[] = {
+      {"IPF.Note", ItemType::Mail},
+      {"IPF.Note.OutlookHomepage", ItemType::Mail},
+      {"IPF.Appointment", ItemType::Appointment},
+      {"IPF.Contact", ItemType::Contact},
+      {"ipf.contact.GalContacts", ItemType::Contact},
+      {"IPF.Contact.", ItemType::Contact},
+      {"IPF.Task", ItemType::Task},
+      {"IPF.Journal", ItemType::Journal},
+      {"IPF.StickyNote", ItemType::Note},
+      {"IPF.Post", ItemType::Post},
+      // neither a class above nor one derived from it
+      {"", ItemType::Mail},
+      {"IPF", ItemType::Mail},
+      {"IPF.Contac", ItemType::Mail},
+      {"IPF.ContactIPM.Microsoft.OSC.Contact", ItemType::Mail},
+      {"XIPF.Contact", ItemType::Mail},
+      {"\xFF\xFE.Contact", ItemType::Mail},
+  };
+  for (const auto& [containerClass, itemType] : rows)
+    EXPECT_EQ(ItemTypeOf(containerClass), itemType) << containerClass;
+}
+
+}  // namespace
+}  // namespace vexa::workbench
