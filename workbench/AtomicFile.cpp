@@ -1,12 +1,12 @@
 #include "workbench/AtomicFile.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <system_error>
 

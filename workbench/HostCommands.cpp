@@ -15,8 +15,11 @@ using Words = std::vector<std::string>;
 void Load(Console& console, const Words& words) {
   console.Load(words[0]);
   const World& world = console.Stage().workbench.profile.world;
-  console.Out() << "loaded " << words[0] << ": " << world.Stores().size() << " stores, "
-                << world.FolderNodes().size() << " folders\n";
+  const auto counted = [](size_t count, const char* thing) {
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+  };
+  console.Out() << "loaded " << words[0] << ": " << counted(world.Stores().size(), "store") << ", "
+                << counted(world.FolderNodes().size(), "folder") << "\n";
 }
 
 void Language(Console& console, const Words& words) {

@@ -74,6 +74,7 @@ std::vector<Value> ItemsOf(const CollectionRef<Value>& collection) {
 
 }  // namespace
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type cannot stand in parentheses.
 #define VEXA_READ(place, Name, Type)                   \
   Type WorkbenchSettings::Get##Name() {                \
     workbench_.Calls().Enter("RS." #Name, Kind::Read); \
@@ -102,6 +103,7 @@ std::vector<Value> ItemsOf(const CollectionRef<Value>& collection) {
     data.Name = ItemsOf(value);                                                                          \
   }
 #include "contracts/RegSettings.members.inc"
+// NOLINTEND(bugprone-macro-parentheses)
 
 void WorkbenchSettings::RestoreHiddenDialogs() {
   workbench_.Calls().Enter("RS.RestoreHiddenDialogs", Kind::Action,
