@@ -37,7 +37,8 @@ class CallLog {
 
   /// The n-th call of `member` from now on (counted from 1) fails with `fault`, once.
   void PlanFault(std::string_view member, int n, Error fault);
-  void ForgetFaults() { faults_.clear(); }
+  /// How many planned faults have not come up yet.
+  size_t FaultsPlanned() const { return faults_.size(); }
 
   const std::vector<std::string>& Lines() const { return lines_; }
   void Clear() { lines_.clear(); }

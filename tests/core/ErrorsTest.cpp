@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "core/Handlers.h"
+#include "core/JsonErrorLog.h"
+#include "core/Numbers.h"
+#include "core/ShellOpen.h"
+#include "resources/CompiledResources.h"
+
+namespace vexa {
+namespace {
+
+Error Broken(std::string source = "VexaAddin") { return {1001, "Something broke", std::move(source)}; }
+
+CachedError Recorded(const Error& error, std::string_view module, std::string_view procedure) {
+  CachedError record;
+  record.SetTo(error, module, procedure);
+  return record;
+}
+
+TEST(Trail, EntriesShowWhatIsMissing) {
+  struct Row {
+    const char* module;
+    const char* procedure;
+    int32_t line;
+    const char* entry;
+  };
+  for (const auto& [module, procedure, line, entry] :
+       {Row{"M", "A", 0, "M.A"}, Row{"M", "A", 12, "M.A(12)"}, Row{"", "A", 0, "?.A"},
+        Row{"M", "", 3, "M.?(3)"}, Row{"", "", 3, "?.?(3)"}, Row{"", "", 0, ""}}) {
+    Error error = Broken();
+    error.Line = line;
+    EXPECT_EQ(Recorded(error, module, procedure).Source(), std::string("VexaAddin\r\n-->") + entry);
+  }
+}
+
+TEST(Trail, GrowsTheSameByRecordsAndByPassingOn) {
+  const auto byRecords = [] {
+    try {
+      try {
+        throw Broken();
+      } catch (const Error& error) {
+        Recorded(error, "M", "A").Raise();
+      }
+    } catch (const Error& error) {
+      return Recorded(error, "N", "B").Source();
+    }
+  };
+  const auto byPassingOn = [] {
+    try {
+      PassOn("N", "B", [] { PassOn("M", "A", [] { throw Broken(); }); });
+    } catch (const Error& error) {
+      return error.Source;
+    }
+    return std::string("nothing came out");
+  };
+  EXPECT_EQ(byRecords(), "VexaAddin\r\n-->M.A-->N.B");
+  EXPECT_EQ(byPassingOn(), byRecords());
+}
+
+TEST(Trail, IsTakenApart) {
+  Error error = Broken();
+  error.Line = 7;
+  error.AppendTrail("A.Module", "Inner");
+  error.AppendTrail("frmX", "cmdOk_Click");
+  const CachedError record(error);
+  EXPECT_EQ(record.OrgSource(), "VexaAddin");
+  EXPECT_EQ(record.PropogationString(), "A.Module.Inner(7)-->frmX.cmdOk_Click");
+  EXPECT_EQ(record.PropogationArray(), (std::vector<std::string>{"A.Module.Inner(7)", "frmX.cmdOk_Click"}));
+  EXPECT_EQ(record.InnermostModule() + "|" + record.InnermostMethod() + "|" +
+                std::to_string(record.InnermostLine()),
+            "A.Module|Inner|7");
+  EXPECT_EQ(record.OutermostModule() + "|" + record.OutermostMethod() + "|" +
+                std::to_string(record.OutermostLine()),
+            "frmX|cmdOk_Click|0");
+  EXPECT_EQ(record.PropogatedMethod(1), "cmdOk_Click");
+  for (const int32_t index : {-1, 2}) EXPECT_THROW(record.PropogatedModule(index), Error) << index;
+  const CachedError bare(Broken());
+  EXPECT_EQ(bare.PropogationCount(), 0);
+  EXPECT_TRUE(bare.PropogationArray().empty());
+  EXPECT_EQ(bare.InnermostMethod(), "");
+}
+
+TEST(Report, ShowsSourceAndTrailOnlyWhereThereAreAny) {
+  const CompiledResources source(1033);
+  const Resources resources(source);
+  const std::string head =
+      "An error occurred.  Details are below.\r\n\r\nError Number: 1001\r\nDescription: Something broke";
+  EXPECT_EQ(CachedError(Broken("")).toString(resources, true), head);
+  EXPECT_EQ(CachedError(Broken()).toString(resources, true), head + "\r\n\r\nSource: VexaAddin");
+  EXPECT_EQ(Recorded(Broken(""), "M", "A").toString(resources, true),
+            head + "\r\n\r\nSource: \r\nPropogation Trail (for tech support): M.A");
+  EXPECT_EQ(
+      Recorded(Broken(), "M", "A").toString(resources),
+      "An error occurred, and it is recommended you quit and restart Outlook.  Details are below.\r\n\r\n"
+      "Error Number: 1001\r\nDescription: Something broke\r\n\r\nSource: VexaAddin\r\n"
+      "Propogation Trail (for tech support): M.A");
+}
+
+TEST(Errors, OfOtherTypesAreTranslated) {
+  const auto numberOf = [](auto&& raise) {
+    try {
+      PassOn("M", "A", raise);
+    } catch (const Error& error) {
+      EXPECT_TRUE(error.Source.ends_with("\r\n-->M.A")) << error.Source;
+      return error.Number;
+    }
+    return 0;
+  };
+  EXPECT_EQ(numberOf([] { throw std::bad_alloc(); }), 7);
+  EXPECT_EQ(numberOf([] { throw std::runtime_error("foreign"); }), 51);
+  EXPECT_EQ(numberOf([] { throw 42; }), 51);
+}
+
+class BrokenBoxes final : public MessageBoxes {
+ public:
+  MessageAnswer Show(const std::string&, MessageIcon, MessageButtons, const std::string&) override {
+    ++shown;
+    throw std::runtime_error("no desktop");
+  }
+  int shown = 0;
+};
+
+class Records final : public ErrorLog {
+ public:
+  void Write(const CachedError& record) noexcept override { numbers.push_back(record.Number()); }
+  std::vector<int32_t> numbers;
+};
+
+TEST(Reporter, LogsEvenWhenTheBoxCannotBeShownAndShowsNothingForNumber0) {
+  const CompiledResources source(1033);
+  const Resources resources(source);
+  BrokenBoxes boxes;
+  Records log;
+  ErrorReporter reporter(resources, boxes, log);
+  EXPECT_FALSE(ShowAndLog(reporter, "M", "A", [] { throw Broken(); }));
+  EXPECT_EQ(boxes.shown, 1);
+  EXPECT_TRUE(ShowAndLog(reporter, "M", "A", [] {}));
+  reporter.Report(CachedError(Error(0, "", "")));
+  EXPECT_EQ(boxes.shown, 1);
+  EXPECT_EQ(log.numbers, (std::vector<int32_t>{1001, 0}));
+}
+
+class Lines final : public FileAppender {
+ public:
+  void Append(const std::string& path, std::string_view text) override {
+    if (path == "locked") throw MakeError(ErrorNumber::PathFileAccess);
+    paths.push_back(path);
+    lines.emplace_back(text);
+  }
+  std::vector<std::string> paths, lines;
+};
+
+TEST(JsonErrorLog, WritesOneLineOfJsonWhereTheSettingsSayNow) {
+  Lines files;
+  std::string path = "first";
+  JsonErrorLog log(
+      {files, [&] { return path; }, [] { return std::string("now"); }, [] { return std::string("parts"); }});
+  Error error(5, "quote \" back\\slash \x01 bad \xff\xc3 lone \xed\xa0\x80 \xe2\x82\xac", "src");
+  error.HelpContext = 3;
+  error.LastDLLError = 2;
+  error.AppendTrail("M", "A");
+  log.Write(CachedError(error));
+  path = "second";
+  log.Write(CachedError(Broken()));
+  for (const char* nowhere : {"", "locked"}) {
+    path = nowhere;
+    log.Write(CachedError(Broken()));
+  }
+  EXPECT_EQ(files.paths, (std::vector<std::string>{"first", "second"}));
+  ASSERT_TRUE(files.lines.front().ends_with("}\n"));
+  EXPECT_EQ(files.lines.front().find('\n'), files.lines.front().size() - 1);
+  EXPECT_NE(files.lines.front().find("\\ud800"), std::string::npos) << "a lone surrogate is escaped";
+  std::string plain = files.lines.front();
+  plain.replace(plain.find("\\ud800"), 6, "?");
+  const auto record = nlohmann::json::parse(plain);
+  EXPECT_EQ(record["description"], "quote \" back\\slash \x01 bad \uFFFD\uFFFD lone ? \u20AC");
+  EXPECT_EQ(record["trail"], nlohmann::json::array({"M.A"}));
+  EXPECT_EQ(record["helpContext"], 3);
+  EXPECT_EQ(record["lastDLLError"], 2);
+  EXPECT_EQ(record["components"], "parts");
+}
+
+TEST(Numbers, RoundTiesToEvenAndOverflow) {
+  EXPECT_EQ(ToInt16(2.5), 2);
+  EXPECT_EQ(ToInt16(3.5), 4);
+  EXPECT_EQ(ToInt16(-2.5), -2);
+  EXPECT_EQ(ToInt16(32767.4), 32767);
+  EXPECT_EQ(ToInt16(-32768.5), -32768);
+  EXPECT_EQ(ToInt32(2147483647.4), 2147483647);
+  for (const double big : {32767.5, -32768.6, 1e300, std::nan("")}) EXPECT_THROW(ToInt16(big), Error) << big;
+  for (const double big : {2147483647.5, -2147483649.0, std::nan("")})
+    EXPECT_THROW(ToInt32(big), Error) << big;
+  EXPECT_THROW(CheckedAdd(INT32_MAX, 1), Error);
+  EXPECT_THROW(CheckedAdd(INT32_MIN, -1), Error);
+  EXPECT_EQ(CheckedAdd(INT32_MAX, -1), INT32_MAX - 1);
+  const std::map<std::string, double> numbers{{"12", 12},   {"  -3.5x", -3.5}, {"+4", 4},      {".5", 0.5},
+                                              {"", 0},      {"abc", 0},        {"1.2.3", 1.2}, {"-", 0},
+                                              {"1,000", 1}, {"1e5", 1}};
+  for (const auto& [text, number] : numbers) EXPECT_EQ(LeadingNumber(text), number) << text;
+}
+
+class Shell final : public DocumentShell {
+ public:
+  explicit Shell(int32_t code) : code_(code) {}
+  int32_t ShellExecuteOpen(const std::string&) override { return code_; }
+
+ private:
+  int32_t code_;
+};
+
+TEST(ShellOpen, NamesFailureAndPath) {
+  Shell works(42);
+  EXPECT_EQ(ShellOpen(works, "x"), 42);
+  Shell missing(2);
+  try {
+    ShellOpen(missing, "C:\\a b\\c.chm");
+    FAIL() << "code 2 is a failure";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Number, 75);
+    EXPECT_EQ(error.Description, "File not found, while trying to open \"C:\\a b\\c.chm\"");
+  }
+  for (const int32_t unknown : {-5, 1, 4, 7, 9, 17, 18, 22, 23, 24, 25})
+    EXPECT_EQ(ShellErrorText(unknown), "Unknown error");
+  for (const int32_t known :
+       {0, 3, 5, 6, 8, 10, 11, 12, 13, 14, 15, 16, 19, 20, 21, 26, 27, 28, 29, 30, 31, 32}) {
+    EXPECT_NE(ShellErrorText(known), "Unknown error") << known;
+  }
+  EXPECT_EQ(ShellErrorText(33), "");
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,172 @@
+// Every outside call of every action of the page and the editor, failing once in turn. Whatever fails: no
+// crash, the error ends where it must with its trail, and what is stored is what the action is known to
+// leave.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/screens/Scene.h"
+
+namespace vexa::workbench {
+namespace {
+
+struct Failed {
+  std::string member;
+  int n;
+};
+
+/// The members that `action` calls, each with how often: what there is to fail.
+std::vector<Failed> CallsOf(const std::function<void(Scene&)>& prepare,
+                            const std::function<void(Scene&)>& action) {
+  std::vector<Failed> failures;
+  for (const std::string& member : CallLog::KnownMembers()) {
+    for (int n = 1;; ++n) {
+      Scene scene;
+      prepare(scene);
+      scene.stage.calls.PlanFault(member, n, Error(4711, "planned", "Outside"));
+      action(scene);
+      if (scene.stage.calls.FaultsPlanned() > 0) break;  // fewer than n calls
+      failures.push_back({member, n});
+    }
+  }
+  return failures;
+}
+
+/// Runs the action once for each of its outside calls, with that call failing, and checks what is left.
+void Sweep(size_t atLeast, const std::function<void(Scene&)>& prepare,
+           const std::function<void(Scene&)>& action, const std::function<void(Scene&)>& check) {
+  const std::vector<Failed> failures = CallsOf(prepare, action);
+  EXPECT_GE(failures.size(), atLeast) << "the sweep must reach every call";
+  for (const auto& [member, n] : failures) {
+    SCOPED_TRACE(member + " call " + std::to_string(n));
+    Scene scene;
+    prepare(scene);
+    scene.stage.calls.PlanFault(member, n, Error(4711, "planned", "Outside"));
+    action(scene);
+    check(scene);
+  }
+}
+
+void Nothing(Scene&) {}
+
+TEST(FaultSweep, InitializeLetsEveryErrorOutOrPassesItOver) {
+  const auto initialize = [](Scene& scene) {
+    OutlookPropertiesPage& page = scene.stage.CreatePage();
+    bool failed = false;
+    try {
+      page.Initialize(scene.stage.workbench.Addin());
+    } catch (const Error& error) {
+      failed = true;
+      EXPECT_EQ(error.Number, 4711);
+      EXPECT_TRUE(error.Source.starts_with("Outside\r\n-->")) << error.Source;
+      EXPECT_TRUE(error.Source.ends_with("OutlookPropertiesPage.Initialize")) << error.Source;
+    }
+    EXPECT_EQ(page.PageActive(), !failed);
+    EXPECT_EQ(scene.TakeSeen(), "") << "no box while the page starts";
+  };
+  Sweep(40, Nothing, initialize, [](Scene& scene) {
+    EXPECT_EQ(scene.Writes(), "");
+    scene.Page().Initialize(scene.stage.workbench.Addin());  // the same again works
+    EXPECT_TRUE(scene.Page().PageActive());
+    EXPECT_EQ(scene.Page().gd.RowCount(), 2);
+  });
+}
+
+TEST(FaultSweep, ApplyKeepsItsErrorsToItself) {
+  const auto prepare = [](Scene& scene) {
+    scene.Open().SetDirty();
+    scene.Page().SearchNowPending = true;
+    scene.stage.calls.Clear();
+  };
+  const auto apply = [](Scene& scene) { scene.Page().PropertyPage_Apply(); };
+  Sweep(40, prepare, apply, [](Scene& scene) {
+    EXPECT_EQ(scene.TakeSeen(), "");
+    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
+    const bool reachedScanner = scene.stage.workbench.profile.addin.scanning;
+    EXPECT_EQ(scene.Page().SearchNowPending, !reachedScanner) << "a search that was not started still waits";
+    EXPECT_TRUE(scene.Page().PageActive() || reachedScanner) << "only a failing fresh start makes it inactive";
+    scene.Page().Initialize(scene.stage.workbench.Addin());
+    scene.Page().PropertyPage_Apply();
+    EXPECT_TRUE(scene.stage.workbench.profile.addin.scanning);
+  });
+}
+
+TEST(FaultSweep, RemoveShowsItsErrorAndGoesNoFurther) {
+  const auto prepare = [](Scene& scene) { scene.Open(); };
+  const auto remove = [](Scene& scene) { scene.Click(scene.Page(), scene.Page().cmdRemove); };
+  Sweep(16, prepare, remove, [](Scene& scene) {
+    const std::string seen = scene.TakeSeen();
+    const bool told = scene.Page().PropertyPage_Dirty();
+    if (!seen.empty()) {
+      EXPECT_NE(seen.find("Error Number: 4711|nDescription: planned|n|nSource: Outside"), std::string::npos)
+          << seen;
+      EXPECT_NE(seen.find("OutlookPropertiesPage.cmdRemove_Click"), std::string::npos) << seen;
+    } else {
+      EXPECT_TRUE(told) << "an error that was passed over changes nothing";
+    }
+    const SettingsData& working = scene.Working();
+    EXPECT_EQ(working.SharedCalEntryIDs.size(), 2U) << "routing stays in any case";
+    EXPECT_EQ(working.FolderSetFlags, (std::vector<int32_t>{1, 3}));
+  });
+}
+
+TEST(FaultSweep, AddAndChangeEndWithAUsablePage) {
+  const auto prepare = [](Scene& scene) { scene.Open(); };
+  const auto add = [](Scene& scene) {
+    scene.AddFolderSet("P/C3", "P/J");
+    EXPECT_TRUE(scene.dialogs.empty() || !scene.TakeSeen().empty())
+        << "the editor did not open without a word";
+    scene.dialogs.clear();
+  };
+  const auto change = [](Scene& scene) {
+    scene.InNextDialog([&scene](Dialog& dialog) {
+      auto& editor = static_cast<frmEditFolderset&>(dialog);
+      scene.Pick({"P/C3"});
+      scene.Click(editor, editor.cmdSelContact);
+      scene.Click(editor, editor.cmdOk);
+    });
+    scene.Click(scene.Page(), scene.Page().cmdChange);
+  };
+  const auto check = [](Scene& scene) {
+    scene.dialogs.clear();
+    scene.picks.clear();
+    // The page goes on: a fresh start shows what is stored, and the next change arrives.
+    scene.Page().Initialize(scene.stage.workbench.Addin());
+    scene.Click(scene.Page(), scene.Page().cmdRemove);
+    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
+    EXPECT_EQ(scene.Working().ContactEntryIDs, (std::vector<std::string>{"c2"}));
+  };
+  Sweep(60, prepare, add, check);
+  Sweep(60, prepare, change, check);
+}
+
+TEST(FaultSweep, CancelAndCloseWriteNothingWhateverFails) {
+  for (const bool close : {false, true}) {
+    const auto prepare = [](Scene& scene) {
+      scene.Open();
+      scene.stage.calls.Clear();
+    };
+    const auto editAndGiveUp = [close](Scene& scene) {
+      scene.InNextDialog([&scene, close](Dialog& dialog) {
+        auto& editor = static_cast<frmEditFolderset&>(dialog);
+        scene.Pick({"P/C3", "P/J", "P/E"});
+        scene.Click(editor, editor.cmdSelContact);
+        scene.Click(editor, editor.cmdSelJourn);
+        scene.Click(editor, editor.chkEmail);
+        if (close) dialog.CloseWindow();
+        if (!close) scene.Click(editor, editor.cmdCancel);
+        EXPECT_FALSE(dialog.IsShowing());
+        EXPECT_TRUE(editor.Cancelled());
+      });
+      scene.Click(scene.Page(), scene.Page().cmdAdd);
+      scene.dialogs.clear();
+    };
+    Sweep(25, prepare, editAndGiveUp, [](Scene& scene) {
+      EXPECT_EQ(scene.Writes(), "");
+      EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
+    });
+  }
+}
+
+}  // namespace
+}  // namespace vexa::workbench

@@ -1,0 +1,133 @@
+// The scene of the screens' tests: a small world on the workbench, a user whose answers are queued, and
+// dialogs that run as the test tells them to.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "dialogs/frmEditFolderset.h"
+#include "display/UserActions.h"
+#include "workbench/Settings.h"
+#include "workbench/Stage.h"
+
+namespace vexa::workbench {
+
+class Scene final : public ModalWindows, public UserAnswers {
+ public:
+  explicit Scene(int32_t language = 1033) : stage(MakeProfile(), "", language, *this, *this) {}
+
+  // --- verbs
+
+  OutlookPropertiesPage& Open() {
+    OutlookPropertiesPage& page = stage.CreatePage();
+    page.Initialize(stage.workbench.Addin());
+    return page;
+  }
+  OutlookPropertiesPage& Page() { return *stage.Page(); }
+  Outcome Click(Form& form, Control& control) { return UserActions(form).Click(control); }
+  /// What the user does in the next dialog; when it ends with the dialog open, Esc is pressed.
+  void InNextDialog(std::function<void(Dialog&)> body) { dialogs.push_back(std::move(body)); }
+  /// Picks folders by path in the pickers to come; "" cancels.
+  void Pick(std::vector<std::string> paths) { picks.insert(picks.end(), paths.begin(), paths.end()); }
+  /// Adds a folder set on these folders through the page.
+  void AddFolderSet(const std::string& contacts, const std::string& journal) {
+    InNextDialog([=, this](Dialog& dialog) {
+      auto& editor = static_cast<frmEditFolderset&>(dialog);
+      Pick({contacts, journal});
+      Click(editor, editor.cmdSelContact);
+      Click(editor, editor.cmdSelJourn);
+      Click(editor, editor.cmdOk);
+    });
+    Click(Page(), Page().cmdAdd);
+  }
+
+  // --- what came of it
+
+  std::string TakeSeen() { return std::exchange(seen, {}); }
+  SettingsData& Working() { return *stage.workbench.WorkingCopy(); }
+  /// Everything in the settings that describes folder sets, as one text.
+  std::string FolderSets() {
+    std::string text = std::to_string(Working().FolderSetCount);
+    VisitSettings(Working(), [&]<typename Value>(std::string_view name, const Value& value) {
+      if constexpr (std::is_same_v<Value, std::vector<std::string>>) {
+        if (name.starts_with("Monitored")) return;
+        text += " [";
+        for (size_t i = 0; i < value.size(); ++i) text += (i == 0 ? "" : ",") + value[i];
+        text += "]";
+      }
+    });
+    return text;
+  }
+  /// Lines of the trace that change something.
+  std::string Writes() {
+    std::string text;
+    for (const std::string& line : stage.calls.Lines()) {
+      const bool writes = line.find(" = ") != std::string::npos || line.find(":=") != std::string::npos ||
+                          line.find(".Add(") != std::string::npos ||
+                          line.find(".Remove(") != std::string::npos || line.starts_with("App.ApplySettings");
+      if (writes) text += (text.empty() ? "" : "; ") + line;
+    }
+    return text;
+  }
+
+  // --- the human parts
+
+  void ShowModal(Dialog& dialog, Form* /*owner*/) override {
+    dialog.Show();
+    if (!dialogs.empty()) {
+      const auto body = dialogs.front();
+      dialogs.pop_front();
+      body(dialog);
+    }
+    if (dialog.IsShowing()) UserActions(dialog).Escape();
+    dialog.Hide();
+  }
+  std::optional<FolderIndex> PickFolder() override {
+    if (picks.empty()) return std::nullopt;
+    const std::string path = picks.front();
+    picks.pop_front();
+    const FolderIndex folder = stage.workbench.profile.world.FindPath(path);
+    return folder == NoFolder ? std::nullopt : std::optional(folder);
+  }
+  MessageAnswer AnswerMessage(const std::string&, MessageButtons buttons) override {
+    return buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
+  }
+  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
+  int32_t OpenDocument(const std::string&) override { return 42; }
+  void Seen(const std::string& line) override { seen += line + "\n"; }
+
+  static Profile MakeProfile() {
+    Profile profile;
+    World& world = profile.world;
+    const uint32_t store = world.AddStore("S", StoreKind::PublicFolders);
+    const FolderIndex root = world.AddFolder(store, NoFolder, "P", "R", ItemType::Mail);
+    world.AddFolder(store, root, "C1", "c1", ItemType::Contact);
+    world.AddFolder(store, root, "C2", "c2", ItemType::Contact);
+    world.AddFolder(store, root, "C3", "c3", ItemType::Contact);
+    world.AddFolder(store, root, "J", "j", ItemType::Journal);
+    world.AddFolder(store, root, "E", "e", ItemType::Post);
+    SettingsData& settings = profile.settings;
+    settings.FolderSetCount = 2;
+    settings.ContactEntryIDs = {"c1", "c2"};
+    settings.JournEntryIDs = {"j", "j"};
+    settings.EmailEntryIDs = {"", "e"};
+    settings.ContactStoreIDs = settings.JournStoreIDs = {"S", "S"};
+    settings.EmailStoreIDs = {"", "S"};
+    for (auto* routing :
+         {&settings.SharedCalEntryIDs, &settings.SharedCalStoreIDs, &settings.SharedJournEntryIDs,
+          &settings.SharedJournStoreIDs, &settings.SharedTaskEntryIDs, &settings.SharedTaskStoreIDs}) {
+      *routing = {"r1", "r2"};
+    }
+    settings.FolderSetFlags = {1, 3};
+    return profile;
+  }
+
+  Stage stage;
+  std::deque<std::function<void(Dialog&)>> dialogs;
+  std::deque<std::string> picks;
+  std::string seen;
+};
+
+}  // namespace vexa::workbench

@@ -1,0 +1,202 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "workbench/AtomicFile.h"
+#include "workbench/Profile.h"
+#include "workbench/WindowsFiles.h"
+
+namespace vexa::workbench {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Scratch {
+ public:
+  Scratch() : folder_(fs::temp_directory_path() / ("vexa-test-" + std::to_string(::getpid()))) {
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+  }
+  ~Scratch() { fs::remove_all(folder_); }
+  std::string operator/(const std::string& name) const { return (folder_ / name).string(); }
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_))
+      names.push_back(entry.path().filename().string());
+    std::ranges::sort(names);
+    return names;
+  }
+
+ private:
+  fs::path folder_;
+};
+
+std::string WithFolders(const std::string& folders) {
+  return "{\"format\":\"vexa-profile\",\"version\":1,\n\"stores\":[{\"storeID\":\"S\",\"kind\":\"public\","
+         "\"folders\":[\n" +
+         folders + "]}]}";
+}
+
+TEST(Profile, IsRefusedWithLineAndReason) {
+  const std::string head = "{\"format\":\"vexa-profile\",\"version\":1,\n";
+  struct Row {
+    std::string text;
+    int line;
+    const char* reason;
+  };
+  const std::vector<Row> rows{
+      {"", 1, "not JSON"},
+      {"{\"format\":\n\"vexa-profile\",,}", 2, "not JSON"},
+      {"[1,2]", 1, "must be an object"},
+      {"{\"version\":1}", 1, "this is no profile"},
+      {"{\"format\":\"vexa-profile\",\"version\":2,\"stores\":[]}", 1, "must be 1"},
+      {head + "\"stores\":[],\n\"settings\":{\"AllUsersMode\":\n3}}", 4,
+       "\"AllUsersMode\" must be true or false"},
+      {head + "\"stores\":[],\"settings\":{\n\"MaxLogSize\":32768\n}}", 3, "from -32768 to 32767"},
+      {head + "\"stores\":[],\"settings\":{\"AllUserMode\":true}}", 2, "did you mean \"AllUsersMode\"?"},
+      {head + "\"stores\":[],\"settings\":{\"LogLevel\":1,\n\"LogLevel\":1}}", 3, "given twice"},
+      {head + "\"stores\":[],\"settings\":{\"ContactEntryIDs\":[\"a\",\n7]}}", 3, "must be a text"},
+      {head + "\"stores\":[],\"language\":70000}", 2, "Windows language number"},
+      {head + "\"stores\":{}}", 2, "a list in square brackets"},
+      {head + "\"stores\":[{\"kind\":\"public\",\"folders\":[]}]}", 2, "needs a \"storeID\""},
+      {head + "\"stores\":[{\"storeID\":\"S\",\"kind\":\"secret\",\"folders\":[]}]}", 2,
+       "\"mailbox\", \"public\" or"},
+      {WithFolders(""), 2, "needs a root folder"},
+      {WithFolders("{\"name\":\"A\",\"entryID\":\"1\"},\n{\"name\":\"B\",\"entryID\":\"2\"}"), 4,
+       "\"A\" on line 3"},
+      {WithFolders(
+           "{\"name\":\"A\",\"entryID\":\"1\"},\n{\"name\":\"B\",\"entryID\":\"1\",\"parent\":\"1\"}"),
+       4, "is that of folder \"A\" on line 3"},
+      {WithFolders(
+           "{\"name\":\"A\",\"entryID\":\"a\"},\n{\"name\":\"B\",\"entryID\":\"A\",\"parent\":\"a\"}"),
+       4, "used twice"},
+      {WithFolders(
+           "{\"name\":\"A\",\"entryID\":\"1\"},\n{\"name\":\"B\",\"entryID\":\"2\",\"parent\":\"9\"}"),
+       4, "\"9\" is none"},
+      {WithFolders(
+           "{\"name\":\"A\",\"entryID\":\"1\"},\n{\"name\":\"B\",\"entryID\":\"2\",\"parent\":\"3\"},\n"
+           "{\"name\":\"C\",\"entryID\":\"3\",\"parent\":\"2\"}"),
+       4, "\"B\" lies below itself"},
+      {WithFolders("{\"name\":\"A\"}"), 3, "needs a \"entryID\""},
+      {std::string(100000, '['), 1, "nested too deep"},
+  };
+  for (const auto& [text, line, reason] : rows) {
+    try {
+      ParseProfile(text, "p");
+      ADD_FAILURE() << "accepted: " << text.substr(0, 200);
+    } catch (const ProfileError& error) {
+      const std::string message = error.what();
+      EXPECT_TRUE(message.starts_with("p:" + std::to_string(line) + ": ")) << message;
+      EXPECT_NE(message.find(reason), std::string::npos) << message;
+      EXPECT_EQ(message.find('\n'), std::string::npos) << message;
+    }
+  }
+}
+
+TEST(Profile, HoldsDeepAndWideWorlds) {
+  std::string folders = "{\"name\":\"F\",\"entryID\":\"0\"}";
+  for (int i = 1; i <= 300; ++i) {
+    folders += ",{\"name\":\"F\",\"entryID\":\"" + std::to_string(i) + "\",\"parent\":\"" +
+               std::to_string(i - 1) + "\"}";
+  }
+  const Profile deep = ParseProfile(WithFolders(folders), "deep");
+  EXPECT_EQ(deep.world.PathOf(deep.world.Find("300", "s")).size(), 2U + 301 * 2 - 1);
+  folders = "{\"name\":\"F\",\"entryID\":\"0\"}";
+  constexpr int count = 100000;
+  for (int i = 1; i <= count; ++i) {
+    folders += ",\n{\"name\":\"F\",\"entryID\":\"" + std::to_string(i) + "\",\"parent\":\"0\"}";
+  }
+  EXPECT_EQ(ParseProfile(WithFolders(folders), "wide").world.ChildrenOf(0).size(),
+            static_cast<size_t>(count));
+}
+
+TEST(Profile, ComesBackAsItWasWritten) {
+  const Scratch scratch;
+  Profile profile;
+  profile.language = 3084;
+  profile.addin.aboutInfo = "\"quoted\" \\ \u20AC";
+  profile.addin.scanning = true;
+  profile.settings.TrackedCategories = "a, b";
+  profile.settings.MaxLogSize = -1;
+  profile.settings.ContactEntryIDs = {"", "x"};
+  profile.settings.FolderSetFlags = {INT32_MIN, 3};
+  World& world = profile.world;
+  const uint32_t store = world.AddStore("AB", StoreKind::Mailbox);
+  const FolderIndex root = world.AddFolder(store, NoFolder, "Root/\\%", "1", ItemType::Mail);
+  world.defaultFolders[6] = world.AddFolder(store, root, "Inbox", "2", static_cast<ItemType>(99));
+  world.At(world.AddFolder(store, root, "Secret", "3", ItemType::Note)).unreadable = true;
+  world.Delete(world.AddFolder(store, root, "Gone", "4", ItemType::Mail));
+  WriteProfile(scratch / "p.json", profile);
+  WriteProfile(scratch / "again.json", ReadProfile(scratch / "p.json"));
+  EXPECT_EQ(ReadWholeFile(scratch / "p.json"), ReadWholeFile(scratch / "again.json"));
+  const Profile read = ReadProfile(scratch / "p.json");
+  EXPECT_EQ(read.settings, profile.settings);
+  EXPECT_EQ(read.addin.aboutInfo, profile.addin.aboutInfo);
+  EXPECT_EQ(read.world.PathOf(read.world.defaultFolders.at(6)), "\\\\Root%2F%5C%25\\Inbox");
+  EXPECT_EQ(read.world.FindPath("Root%2F%5C%25/Secret"), read.world.Find("3", "ab"));
+  EXPECT_EQ(read.world.Find("4", "AB"), NoFolder);
+}
+
+TEST(AtomicFile, LeavesTheOldFileWholeWhenWritingFails) {
+  const Scratch scratch;
+  const std::string path = scratch / "f";
+  WriteFileAtomically(path, [](const TextSink& put) { put("old"); });
+  EXPECT_THROW(WriteFileAtomically(path,
+                                   [](const TextSink& put) {
+                                     put("half");
+                                     throw std::runtime_error("midway");
+                                   }),
+               std::runtime_error);
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  EXPECT_EQ(scratch.Files(), (std::vector<std::string>{"f"}));
+  fs::create_symlink("f", scratch / "link");
+  WriteFileAtomically(scratch / "link", [](const TextSink& put) { put("new"); });
+  EXPECT_EQ(ReadWholeFile(path), "new") << "a link is followed";
+  EXPECT_TRUE(fs::is_symlink(scratch / "link"));
+}
+
+TEST(AtomicFile, RemovesWhatDeadWritersLeft) {
+  const Scratch scratch;
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  const std::string ofDead = "f.saving-" + std::to_string(child);
+  const std::string ofLiving = "f.saving-" + std::to_string(::getppid());
+  for (const std::string& name : {ofDead, ofLiving}) std::ofstream(scratch / name) << "half";
+  WriteFileAtomically(scratch / "f", [](const TextSink& put) { put("new"); });
+  EXPECT_EQ(scratch.Files(), (std::vector<std::string>{"f", ofLiving}));
+}
+
+TEST(WindowsFiles, KeepDrivesBesideTheProfile) {
+  const WindowsFiles files("/p/x.json");
+  EXPECT_EQ(files.PlaceOf("C:\\Program Files\\a.log"), "/p/x.json.files/C/Program Files/a.log");
+  EXPECT_EQ(files.PlaceOf("\\\\server\\share/b"), "/p/x.json.files/server/share/b");
+  EXPECT_EQ(files.PlaceOf("C:\\..\\..\\etc\\passwd"), "") << "nothing leads out";
+  EXPECT_EQ(files.PlaceOf("/tmp/real"), "/tmp/real");
+  EXPECT_EQ(WindowsFiles("").PlaceOf("C:\\a"), "");
+}
+
+TEST(WindowsFiles, NeverInterleaveTwoWriters) {
+  const Scratch scratch;
+  const std::string record(100000, 'x');
+  const auto append = [&] {
+    WindowsFiles files(scratch / "p.json");
+    for (int i = 0; i < 20; ++i) files.Append("C:\\log", record + "\n");
+  };
+  std::thread one(append);
+  std::thread two(append);
+  one.join();
+  two.join();
+  std::ifstream log(WindowsFiles(scratch / "p.json").PlaceOf("C:\\log"));
+  int lines = 0;
+  for (std::string line; std::getline(log, line); ++lines) EXPECT_EQ(line, record);
+  EXPECT_EQ(lines, 40);
+}
+
+}  // namespace
+}  // namespace vexa::workbench
