@@ -84,7 +84,8 @@ TEST(FaultSweep, ApplyKeepsItsErrorsToItself) {
     EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
     const bool reachedScanner = scene.stage.workbench.profile.addin.scanning;
     EXPECT_EQ(scene.Page().SearchNowPending, !reachedScanner) << "a search that was not started still waits";
-    EXPECT_TRUE(scene.Page().PageActive() || reachedScanner) << "only a failing fresh start makes it inactive";
+    EXPECT_TRUE(scene.Page().PageActive() || reachedScanner)
+        << "only a failing fresh start makes it inactive";
     scene.Page().Initialize(scene.stage.workbench.Addin());
     scene.Page().PropertyPage_Apply();
     EXPECT_TRUE(scene.stage.workbench.profile.addin.scanning);

@@ -90,7 +90,8 @@ std::string ToUtf8(std::wstring_view utf16) {
     uint32_t point = static_cast<uint32_t>(utf16[at]);
     if (IsHigh(point) && at + 1 < utf16.size() && IsLow(static_cast<uint32_t>(utf16[at + 1]))) {
       ++at;
-      point = FirstSupplementary + ((point - FirstHigh) << 10) + (static_cast<uint32_t>(utf16[at]) - FirstLow);
+      point =
+          FirstSupplementary + ((point - FirstHigh) << 10) + (static_cast<uint32_t>(utf16[at]) - FirstLow);
     }
     Append(text, point);
   }
