@@ -1,0 +1,4 @@
+# Cross-compiles the Windows half for 64-bit Outlook.
+set(VEXA_MINGW x86_64-w64-mingw32)
+set(CMAKE_SYSTEM_PROCESSOR AMD64)
+include("${CMAKE_CURRENT_LIST_DIR}/mingw.cmake")
