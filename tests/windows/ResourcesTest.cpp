@@ -115,7 +115,6 @@ TEST_F(ModuleFile, FindsTheSameLanguageAsTheCompiledTables) {
       {0x409, english},        {0x809, english},        {0x1009, english},        {0x009, english},
       {0x40C, frenchOfFrance}, {0x80C, frenchOfFrance}, {0x100C, frenchOfFrance}, {0x00C, frenchOfFrance},
       {0xC0C, frenchOfCanada}, {0x407, english},        {0x411, english},         {0x40A, english},
-      {0x000, english},
   };
   for (const auto& [wanted, language] : foundFor) {
     SCOPED_TRACE(wanted);
@@ -165,22 +164,23 @@ TEST_F(ModuleFile, PicturesLoadAtEverySize) {
   for (const int32_t id : NumbersInSource(false)) EXPECT_TRUE(isLoaded(id, IMAGE_CURSOR, 32)) << id;
 }
 
-TEST_F(ModuleFile, ManifestGivesTheThemedCommonControls) {
+TEST(ModuleManifest, GivesTheThemedCommonControls) {
   ACTCTXW description{};
   description.cbSize = sizeof description;
-  description.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
-  description.hModule = module_;
+  const std::wstring path = TestedModulePath();
+  description.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID;
+  description.lpSource = path.c_str();
   description.lpResourceName = MAKEINTRESOURCEW(2);
   const HANDLE context = CreateActCtxW(&description);
   ASSERT_NE(context, INVALID_HANDLE_VALUE) << GetLastError();
   ULONG_PTR cookie = 0;
   ASSERT_NE(ActivateActCtx(context, &cookie), FALSE);
   const HMODULE controls = LoadLibraryW(L"comctl32.dll");
-  std::array<wchar_t, MAX_PATH> path{};
-  GetModuleFileNameW(controls, path.data(), MAX_PATH);
+  std::array<wchar_t, MAX_PATH> loaded{};
+  GetModuleFileNameW(controls, loaded.data(), MAX_PATH);
   DeactivateActCtx(0, cookie);
   ReleaseActCtx(context);
-  EXPECT_NE(std::wstring(path.data()).find(L"winsxs"), std::wstring::npos) << ToUtf8(path.data());
+  EXPECT_NE(std::wstring(loaded.data()).find(L"winsxs"), std::wstring::npos) << ToUtf8(loaded.data());
   FreeLibrary(controls);
 }
 
@@ -209,7 +209,7 @@ Library LoadLibraryOfTypes(int number) {
 
 /// What is registered must not name Outlook's interfaces: registering would overwrite Outlook's entries, and
 /// unregistering delete them.
-TEST_F(ModuleFile, OutlooksInterfacesStandInALibraryOfTheirOwn) {
+TEST(ModuleTypeLibraries, OutlooksInterfacesStandInALibraryOfTheirOwn) {
   const Library own = LoadLibraryOfTypes(1);
   EXPECT_EQ(own.id, LIBID_VexaControls);
   EXPECT_EQ(own.system, SYS_WIN64);
