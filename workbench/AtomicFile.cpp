@@ -1,12 +1,6 @@
 #include "workbench/AtomicFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <filesystem>
 #include <system_error>
 
@@ -26,9 +20,9 @@ void RemoveLeftovers(const fs::path& target) {
   for (const fs::directory_entry& entry : fs::directory_iterator(target.parent_path(), ignored)) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(prefix)) continue;
-    pid_t writer = 0;
+    int writer = 0;
     std::from_chars(name.data() + prefix.size(), name.data() + name.size(), writer);
-    if (writer > 0 && ::kill(writer, 0) != 0 && errno == ESRCH) fs::remove(entry.path(), ignored);
+    if (writer > 0 && !IsRunning(writer)) fs::remove(entry.path(), ignored);
   }
 }
 
@@ -54,35 +48,28 @@ class Buffered {
 void WriteFileAtomically(const std::string& path, const std::function<void(const TextSink&)>& write) {
   const fs::path target = fs::weakly_canonical(fs::absolute(path));
   RemoveLeftovers(target);
-  const std::string aside = target.string() + std::string(AsideMark) + std::to_string(::getpid());
+  const std::string aside = target.string() + std::string(AsideMark) + std::to_string(ProcessId());
   try {
-    struct stat old {};
-    const mode_t mode = ::stat(target.c_str(), &old) == 0 ? old.st_mode & 0777U : 0666U;
-    FileDescriptor file(aside, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, mode);
+    FileDescriptor file(aside, FileDescriptor::Use::Replace);
     Buffered buffered(file);
     write([&](std::string_view piece) { buffered.Write(piece); });
     buffered.Flush();
     file.Sync();
     file.Close();
-    if (::rename(aside.c_str(), target.c_str()) != 0) throw LastSystemError("rename");
+    ReplaceFile(aside, target.string());
   } catch (...) {
-    ::unlink(aside.c_str());
+    RemoveFile(aside);
     throw;
   }
-  // The new name is on the disk only when its folder is.
-  FileDescriptor(target.parent_path().string(), O_RDONLY | O_DIRECTORY).Sync();
 }
 
 std::string ReadWholeFile(const std::string& path) {
-  const FileDescriptor file(path, O_RDONLY);
+  const FileDescriptor file(path, FileDescriptor::Use::Read);
   std::string content;
-  std::string block(1 << 20, '\0');
   for (;;) {
-    const ssize_t size = ::read(file.Get(), block.data(), block.size());
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) throw LastSystemError("read");
-    if (size == 0) return content;
-    content.append(block, 0, static_cast<size_t>(size));
+    const std::string block = file.Read(1 << 20);
+    if (block.empty()) return content;
+    content += block;
   }
 }
 

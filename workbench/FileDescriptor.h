@@ -1,14 +1,12 @@
-// Owner of an open file of the operating system; every call's result is checked.
+// Owner of an open file of the operating system, and what else of the file system a program that keeps its
+// files whole needs. Every call's result is checked: failures are std::system_error with an errno code. One
+// source file a system.
 #pragma once
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 namespace vexa::workbench {
 
@@ -16,37 +14,39 @@ inline std::system_error LastSystemError(const char* what) { return {errno, std:
 
 class FileDescriptor {
  public:
-  /// Throws std::system_error when the file cannot be opened.
-  FileDescriptor(const std::string& path, int flags, mode_t mode = 0)
-      : file_(::open(path.c_str(), flags | O_CLOEXEC, mode)) {
-    if (file_ < 0) throw LastSystemError("open");
-  }
+  enum class Use {
+    Read,
+    Append,   // written at its end; made when it is missing
+    Replace,  // written from its start, emptied first; made when it is missing; never through a link
+  };
+
+  FileDescriptor(const std::string& path, Use use);
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (file_ >= 0) ::close(file_);
-  }
+  ~FileDescriptor();
 
-  int Get() const { return file_; }
-
-  void WriteAll(std::string_view text) const {
-    while (!text.empty()) {
-      const ssize_t written = ::write(file_, text.data(), text.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) throw LastSystemError("write");
-      text.remove_prefix(static_cast<size_t>(written));
-    }
-  }
-  void Sync() const {
-    if (::fsync(file_) != 0) throw LastSystemError("fsync");
-  }
+  /// The next piece of at most `size` bytes; empty at the end.
+  std::string Read(size_t size) const;
+  void WriteAll(std::string_view text) const;
+  /// Through to the disk.
+  void Sync() const;
+  /// Waits until no other process has the file locked, and locks it until it is closed.
+  void Lock() const;
   /// Reports what a plain destructor could not.
-  void Close() {
-    if (::close(std::exchange(file_, -1)) != 0) throw LastSystemError("close");
-  }
+  void Close();
 
  private:
   int file_;
 };
+
+/// `from` becomes `to`, in one step and through to the disk; what `to` was is gone. It keeps the permissions
+/// of a former `to`.
+void ReplaceFile(const std::string& from, const std::string& to);
+/// Whatever the outcome.
+void RemoveFile(const std::string& path) noexcept;
+
+int ProcessId();
+/// False only when there is certainly no such process.
+bool IsRunning(int processId);
 
 }  // namespace vexa::workbench

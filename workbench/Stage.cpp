@@ -9,7 +9,11 @@ namespace {
 std::string UtcNow() {
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
+#ifdef _WIN32
+  gmtime_s(&parts, &now);
+#else
   gmtime_r(&now, &parts);
+#endif
   std::array<char, 32> text{};
   const size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
   return {text.data(), length};

@@ -1,8 +1,6 @@
 #include "workbench/WindowsFiles.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-
+#include <algorithm>
 #include <filesystem>
 
 #include "core/Error.h"
@@ -32,9 +30,8 @@ void WindowsFiles::Append(const std::string& path, std::string_view text) {
   const std::string place = PlaceOf(path);
   try {
     fs::create_directories(fs::path(place).parent_path());
-    const FileDescriptor file(place, O_WRONLY | O_CREAT | O_APPEND, 0666);
-    // One writer at a time: a record that needs several writes stays whole. Closing unlocks.
-    if (::flock(file.Get(), LOCK_EX) != 0) throw LastSystemError("flock");
+    const FileDescriptor file(place, FileDescriptor::Use::Append);
+    file.Lock();  // one writer at a time: a record that needs several writes stays whole
     file.WriteAll(text);
   } catch (const std::exception& failure) {
     Error error = MakeError(ErrorNumber::PathFileAccess);

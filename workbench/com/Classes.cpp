@@ -1,0 +1,102 @@
+// The add-in's classes, made creatable by name.
+#include "windows/com/Text.h"
+#include "workbench/com/Export.h"
+
+namespace vexa::workbench {
+namespace {
+
+using windows::Check;
+using windows::ComPtr;
+
+constexpr CLSID RegSettingsClass{
+    0x7A0C3B63, 0x5C1E, 0x4E55, {0x8A, 0x5F, 0x1B, 0x7B, 0x8C, 0x1A, 0x63, 0x10}};
+constexpr CLSID MonitoredFolderClass{
+    0x7A0C3B64, 0x5C1E, 0x4E55, {0x8A, 0x5F, 0x1B, 0x7B, 0x8C, 0x1A, 0x63, 0x10}};
+
+class ClassFactory final : public ServerObject<IClassFactory> {
+ public:
+  explicit ClassFactory(Maker maker) : ServerObject(nullptr), maker_(std::move(maker)) {}
+
+  STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    HRESULT found = E_FAIL;
+    const HRESULT made = Run([&] { found = maker_()->QueryInterface(interfaceId, object); });
+    return FAILED(made) ? made : found;
+  }
+  STDMETHODIMP LockServer(BOOL /*lock*/) override { return S_OK; }
+
+ private:
+  Maker maker_;
+};
+
+/// Names a class for as long as somebody is logged on; a key of another kind would outlive a crash.
+bool NameClass(HKEY root, const std::wstring& name, const CLSID& id) {
+  std::wstring text(39, L'\0');
+  StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
+  const std::wstring place = L"Software\\Classes\\" + name + L"\\CLSID";
+  HKEY key = nullptr;
+  if (RegCreateKeyExW(root, place.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_SET_VALUE, nullptr, &key,
+                      nullptr) != ERROR_SUCCESS) {
+    return false;
+  }
+  const auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  const LSTATUS written =
+      RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size);
+  RegCloseKey(key);
+  return written == ERROR_SUCCESS;
+}
+
+/// The id under which the class is looked up: the one that is registered, whosever it is, since a class
+/// object of this process goes before it; else one of the workbench's own.
+CLSID IdOfClass(const wchar_t* name, const CLSID& ownId) {
+  CLSID id{};
+  if (SUCCEEDED(CLSIDFromProgID(name, &id))) return id;
+  // Not every system looks at the user's classes when asked for all of them.
+  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+    if (NameClass(root, name, ownId) && SUCCEEDED(CLSIDFromProgID(name, &id))) return id;
+  }
+  Check(CLSIDFromProgID(name, &id));
+  return id;
+}
+
+}  // namespace
+
+ComPtr<IUnknown> MakeClassFactory(Maker maker) {
+  return MakeObject<IClassFactory, ClassFactory>(std::move(maker)).As<IUnknown>();
+}
+
+std::shared_ptr<Exports> Exports::Make(Workbench& workbench, const std::wstring& module) {
+  ComPtr<ITypeLib> library;
+  Check(LoadTypeLibEx(module.c_str(), REGKIND_NONE, library.Receive()));
+  return std::shared_ptr<Exports>(new Exports(workbench, std::move(library)));
+}
+
+ClassRegistration::ClassRegistration(const ExportsRef& exports) {
+  try {
+    Add(L"VexaAddin.RegSettings", RegSettingsClass,
+        MakeClassFactory([exports] { return exports->NewRegSettings().As<IUnknown>(); }));
+    Add(L"VexaAddin.MonitoredFolder", MonitoredFolderClass,
+        MakeClassFactory([exports] { return exports->NewMonitoredFolder().As<IUnknown>(); }));
+  } catch (...) {
+    Revoke();
+    throw;
+  }
+}
+
+ClassRegistration::~ClassRegistration() { Revoke(); }
+
+void ClassRegistration::Add(const wchar_t* name, const CLSID& ownId, ComPtr<IUnknown> factory) {
+  DWORD number = 0;
+  Check(CoRegisterClassObject(IdOfClass(name, ownId), factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                              &number));
+  registered_.push_back(number);
+}
+
+void ClassRegistration::Revoke() {
+  for (const DWORD number : registered_) CoRevokeClassObject(number);
+  registered_.clear();
+}
+
+}  // namespace vexa::workbench

@@ -1,0 +1,77 @@
+// The workbench's objects as COM objects, as the real add-in and Outlook show theirs: the add-in's implement
+// the interfaces of the type library, the session, its folders and the collections are called by name. Each
+// goes to the traced object of the workbench behind it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "VexaControls.h"
+#include "contracts/Addin.h"
+#include "workbench/com/ServerObject.h"
+
+namespace vexa::workbench {
+
+class Workbench;
+
+/// What the exported objects share. Objects keep it; the workbench must outlive them all.
+class Exports : public std::enable_shared_from_this<Exports> {
+ public:
+  /// `module` carries the type library. Throws when it cannot be loaded.
+  static std::shared_ptr<Exports> Make(Workbench& workbench, const std::wstring& module);
+
+  Workbench& TheWorkbench() const { return workbench_; }
+  ITypeLib& Library() const { return *library_.Get(); }
+
+  /// The running add-in.
+  windows::ComPtr<IVexaAddin> Addin();
+  /// New objects of the add-in's two classes.
+  windows::ComPtr<IRegSettings> NewRegSettings();
+  windows::ComPtr<IMonitoredFolder> NewMonitoredFolder();
+
+  // --- between the objects; null for null
+
+  windows::ComPtr<IRegSettings> Export(const RegSettingsRef& settings);
+  windows::ComPtr<IMonitoredFolder> Export(const std::shared_ptr<MonitoredFolder>& folder);
+  windows::ComPtr<IVexaUtilities> Export(const std::shared_ptr<Utilities>& utilities);
+  windows::ComPtr<IVexaScanner> Export(const std::shared_ptr<Scanner>& scanner);
+  windows::ComPtr<IVexaApplication> Export(const std::shared_ptr<AddinApplication>& application);
+  windows::ComPtr<IDispatch> Export(const NameSpaceRef& session);
+  windows::ComPtr<IDispatch> Export(const std::shared_ptr<Folders>& folders);
+  windows::ComPtr<IDispatch> Export(const FolderRef& folder);
+  windows::ComPtr<IDispatch> Export(const CollectionRef<std::string>& collection);
+  windows::ComPtr<IDispatch> Export(const CollectionRef<int32_t>& collection);
+  /// An object that is only handed through.
+  windows::ComPtr<IDispatch> ExportOpaque(const ObjectRef& object);
+
+ private:
+  Exports(Workbench& workbench, windows::ComPtr<ITypeLib> library)
+      : workbench_(workbench), library_(std::move(library)) {}
+
+  Workbench& workbench_;
+  windows::ComPtr<ITypeLib> library_;
+};
+
+using ExportsRef = std::shared_ptr<Exports>;
+
+/// Makes the add-in's two classes creatable by their names in this process, while it lives.
+class ClassRegistration {
+ public:
+  /// Called by the thread that objects are to be made on.
+  explicit ClassRegistration(const ExportsRef& exports);
+  ClassRegistration(const ClassRegistration&) = delete;
+  ClassRegistration& operator=(const ClassRegistration&) = delete;
+  ~ClassRegistration();
+
+ private:
+  void Add(const wchar_t* name, const CLSID& ownId, windows::ComPtr<IUnknown> factory);
+  void Revoke();
+  std::vector<DWORD> registered_;
+};
+
+using Maker = std::function<windows::ComPtr<IUnknown>()>;
+windows::ComPtr<IUnknown> MakeClassFactory(Maker maker);
+
+}  // namespace vexa::workbench

@@ -1,0 +1,165 @@
+#include "workbench/com/NamedObject.h"
+
+#include <algorithm>
+
+#include "core/Numbers.h"
+
+namespace vexa::workbench {
+namespace {
+
+using windows::ComPtr;
+using windows::OwnedVariant;
+
+class Enumerator final : public ServerObject<IEnumVARIANT> {
+ public:
+  using Count = std::function<int32_t()>;
+  using Item = std::function<void(int32_t, VARIANT&)>;
+
+  Enumerator(Count count, Item item, int32_t next = 1)
+      : ServerObject(nullptr), count_(std::move(count)), item_(std::move(item)), next_(next) {}
+
+  STDMETHODIMP Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
+    ULONG given = 0;
+    const HRESULT outcome = Run([&] {
+      windows::RequirePointer(items);
+      for (; given < wanted && next_ <= count_(); ++given, ++next_) {
+        VariantInit(&items[given]);
+        item_(next_, items[given]);
+      }
+    });
+    if (fetched != nullptr) *fetched = given;
+    if (FAILED(outcome)) return outcome;
+    return given == wanted ? S_OK : S_FALSE;
+  }
+  STDMETHODIMP Skip(ULONG count) override {
+    HRESULT reached = S_OK;
+    const HRESULT outcome = Run([&] {
+      const int64_t target = int64_t{next_} + count;
+      const int64_t end = int64_t{count_()} + 1;
+      if (target > end) reached = S_FALSE;
+      next_ = static_cast<int32_t>(std::min(target, end));
+    });
+    return FAILED(outcome) ? outcome : reached;
+  }
+  STDMETHODIMP Reset() override {
+    next_ = 1;
+    return S_OK;
+  }
+  STDMETHODIMP Clone(IEnumVARIANT** copy) override {
+    return Run([&] {
+      windows::RequirePointer(copy);
+      *copy = MakeObject<IEnumVARIANT, Enumerator>(count_, item_, next_).Detach();
+    });
+  }
+
+ private:
+  Count count_;
+  Item item_;
+  int32_t next_;
+};
+
+bool EqualsIgnoringCase(const wchar_t* one, const wchar_t* other) {
+  return CompareStringOrdinal(one, -1, other, -1, TRUE) == CSTR_EQUAL;
+}
+
+/// The error object that Report has left, as the record of a late-bound call.
+HRESULT FillException(HRESULT code, EXCEPINFO* exception) {
+  if (exception == nullptr) return code;
+  *exception = {};
+  exception->scode = code;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Receive()) == S_OK && info) {
+    // What cannot be read stays empty; the code says what matters.
+    info->GetDescription(&exception->bstrDescription);
+    info->GetSource(&exception->bstrSource);
+    info->GetHelpFile(&exception->bstrHelpFile);
+    info->GetHelpContext(&exception->dwHelpContext);
+  }
+  return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+ObjectRef ObjectBehind(IUnknown* object) {
+  if (object == nullptr) return nullptr;
+  void* found = nullptr;
+  if (SUCCEEDED(object->QueryInterface(IContractObject::Id, &found))) {
+    return ComPtr<IContractObject>::Attach(static_cast<IContractObject*>(found))->Contract();
+  }
+  return std::make_shared<windows::ComObject>(ComPtr<IUnknown>(object));
+}
+
+bool CallArguments::IsMissing(size_t index) const {
+  if (index >= Count()) return true;
+  const VARIANT& value = At(index);
+  return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
+}
+
+std::string CallArguments::Text(size_t index) const {
+  if (IsMissing(index)) throw MakeError(ErrorNumber::InvalidProcedureCall);
+  return windows::FromVariant(At(index)).ToText();
+}
+
+int32_t CallArguments::Number(size_t index) const {
+  if (IsMissing(index)) throw MakeError(ErrorNumber::InvalidProcedureCall);
+  OwnedVariant number;
+  if (FAILED(VariantChangeType(&number.Get(), &At(index), 0, VT_R8)))
+    throw MakeError(ErrorNumber::TypeMismatch);
+  return ToInt32(number.Get().dblVal);
+}
+
+void GiveObject(ComPtr<IDispatch> object, VARIANT& result) {
+  result.vt = VT_DISPATCH;
+  result.pdispVal = object.Detach();
+}
+
+ComPtr<IUnknown> MakeEnumerator(std::function<int32_t()> count, std::function<void(int32_t, VARIANT&)> item) {
+  return MakeObject<IEnumVARIANT, Enumerator>(std::move(count), std::move(item)).As<IUnknown>();
+}
+
+STDMETHODIMP NamedObjectBase::GetTypeInfoCount(UINT* count) {
+  if (count == nullptr) return E_POINTER;
+  *count = 0;
+  return S_OK;
+}
+
+STDMETHODIMP NamedObjectBase::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  return DISP_E_BADINDEX;
+}
+
+STDMETHODIMP NamedObjectBase::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+                                            DISPID* ids) {
+  if (names == nullptr || ids == nullptr || count == 0) return E_POINTER;
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  for (size_t index = 0; index < MemberCount(); ++index) {
+    if (EqualsIgnoringCase(ShapeOf(index).name, names[0])) ids[0] = ShapeOf(index).id;
+  }
+  // Names behind the first are those of arguments, and these have none.
+  return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+}
+
+STDMETHODIMP NamedObjectBase::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                     UINT* /*wrongArgument*/) {
+  if (parameters == nullptr) return E_POINTER;
+  if (result != nullptr) VariantInit(result);
+  size_t index = 0;
+  while (index < MemberCount() && ShapeOf(index).id != member) ++index;
+  // Reading and calling are one: scripts do not tell them apart. Nothing here can be assigned.
+  if (index == MemberCount() || (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) {
+    return DISP_E_MEMBERNOTFOUND;
+  }
+  if (parameters->cNamedArgs != 0) return DISP_E_NONAMEDARGS;
+  const MemberShape& shape = ShapeOf(index);
+  if (parameters->cArgs < shape.least || parameters->cArgs > shape.most) return DISP_E_BADPARAMCOUNT;
+  const HRESULT outcome = Run([&] {
+    OwnedVariant answer;
+    Call(index, CallArguments(*parameters), answer.Get());
+    if (result != nullptr) *result = std::exchange(answer.Get(), VARIANT{});
+  });
+  return FAILED(outcome) ? FillException(outcome, exception) : S_OK;
+}
+
+}  // namespace vexa::workbench
