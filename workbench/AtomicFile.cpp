@@ -56,7 +56,7 @@ void WriteFileAtomically(const std::string& path, const std::function<void(const
     buffered.Flush();
     file.Sync();
     file.Close();
-    ReplaceFile(aside, target.string());
+    MoveInPlace(aside, target.string());
   } catch (...) {
     RemoveFile(aside);
     throw;

@@ -41,7 +41,7 @@ class FileDescriptor {
 
 /// `from` becomes `to`, in one step and through to the disk; what `to` was is gone. It keeps the permissions
 /// of a former `to`.
-void ReplaceFile(const std::string& from, const std::string& to);
+void MoveInPlace(const std::string& from, const std::string& to);
 /// Whatever the outcome.
 void RemoveFile(const std::string& path) noexcept;
 

@@ -67,7 +67,7 @@ void FileDescriptor::Close() {
   if (::close(std::exchange(file_, -1)) != 0) throw LastSystemError("close");
 }
 
-void ReplaceFile(const std::string& from, const std::string& to) {
+void MoveInPlace(const std::string& from, const std::string& to) {
   struct stat old {};
   if (::stat(to.c_str(), &old) == 0 && ::chmod(from.c_str(), old.st_mode & 0777U) != 0)
     throw LastSystemError("chmod");

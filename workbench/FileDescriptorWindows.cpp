@@ -80,7 +80,7 @@ void FileDescriptor::Close() {
   if (::_close(std::exchange(file_, -1)) != 0) throw LastSystemError("close");
 }
 
-void ReplaceFile(const std::string& from, const std::string& to) {
+void MoveInPlace(const std::string& from, const std::string& to) {
   if (MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(),
                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == FALSE) {
     throw WindowsError("MoveFileExW");
