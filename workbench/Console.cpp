@@ -36,7 +36,8 @@ std::string ErrorLine(const Error& error) {
 
 }  // namespace
 
-Console::Console(CommandSource source, std::ostream& out) : source_(std::move(source)), out_(out) {}
+Console::Console(CommandSource source, std::ostream& out, HostDriverMaker makeDriver)
+    : source_(std::move(source)), out_(out), makeDriver_(std::move(makeDriver)) {}
 
 Console::~Console() { ended_ = true; }
 
@@ -50,7 +51,9 @@ int Console::Run() {
 void Console::ReadCommands(const std::function<bool()>& goOn) {
   std::string line;
   while (!ended_ && goOn()) {
-    const std::string prompt = dialogs_.empty() ? "vexa> " : dialogs_.back()->Name() + "> ";
+    const auto forms = OpenForms();
+    const bool dialog = driver_ != nullptr && driver_->DialogCount() > 0;
+    const std::string prompt = dialog ? forms.back()->Name() + "> " : "vexa> ";
     if (!ReadLine(line, prompt)) break;
     Execute(line);
   }
@@ -130,8 +133,13 @@ void Console::AsHost(const std::function<void()>& call) {
 
 void Console::Load(const std::string& path) {
   RequireNoForm();
-  Profile profile = ReadProfile(path);
+  SetStage(ReadProfile(path), path);
+}
+
+void Console::SetStage(Profile profile, const std::string& path) {
+  driver_.reset();
   stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, language_, *this, *this);
+  driver_ = makeDriver_(*this, *stage_);
 }
 
 void Console::SetLanguage(int32_t language) {
@@ -144,16 +152,17 @@ void Console::SetLanguage(int32_t language) {
   if (stage_ == nullptr) return;
   Profile profile = std::move(stage_->workbench.profile);
   const std::string path = stage_->files.ProfilePath();
-  stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, language_, *this, *this);
+  SetStage(std::move(profile), path);
 }
 
 void Console::RequireNoDialog() const {
-  if (!dialogs_.empty()) throw ScriptError(dialogs_.back()->Name() + " is open; close it first");
+  if (driver_ == nullptr || driver_->DialogCount() == 0) return;
+  throw ScriptError(OpenForms().back()->Name() + " is open; close it first");
 }
 
 void Console::RequireNoForm() const {
   RequireNoDialog();
-  if (stage_ != nullptr && stage_->Page() != nullptr) throw ScriptError("release the page first");
+  if (driver_ != nullptr && driver_->HasPage()) throw ScriptError("release the page first");
 }
 
 Stage& Console::Stage() {
@@ -161,31 +170,35 @@ Stage& Console::Stage() {
   return *stage_;
 }
 
-OutlookPropertiesPage& Console::Page() {
-  if (Stage().Page() == nullptr) throw ScriptError("there is no page; \"open\" opens one");
-  return *Stage().Page();
+HostDriver& Console::Host() {
+  Stage();
+  return *driver_;
 }
 
-std::vector<Form*> Console::OpenForms() const {
-  std::vector<Form*> forms;
-  if (stage_ != nullptr && stage_->Page() != nullptr) forms.push_back(stage_->Page());
-  forms.insert(forms.end(), dialogs_.begin(), dialogs_.end());
-  return forms;
+HostDriver& Console::HostWithPage() {
+  if (!Host().HasPage()) throw ScriptError("there is no page; \"open\" opens one");
+  return *driver_;
 }
 
-Form& Console::TopForm() {
-  if (dialogs_.empty()) return Page();
-  return *dialogs_.back();
+std::vector<std::unique_ptr<FormDriver>> Console::OpenForms() const {
+  return driver_ == nullptr ? std::vector<std::unique_ptr<FormDriver>>() : driver_->OpenForms();
 }
 
-Control& Console::FindControl(const std::string& name) {
-  Form& form = TopForm();
+std::unique_ptr<FormDriver> Console::TopForm() {
+  auto forms = OpenForms();
+  if (forms.empty()) HostWithPage();  // says what is missing
+  return std::move(forms.back());
+}
+
+FormDriver::ControlName Console::FindControl(const std::string& name) {
+  const std::unique_ptr<FormDriver> form = TopForm();
+  const std::vector<FormDriver::ControlName> controls = form->Controls();
   std::vector<std::string_view> names;
-  for (Control* control : form.Controls()) {
-    if (SameName(control->Name(), name)) return *control;
-    names.push_back(control->Name());
+  for (const FormDriver::ControlName& control : controls) {
+    if (SameName(control.name, name)) return control;
+    names.push_back(control.name);
   }
-  throw ScriptError("unknown control \"" + name + "\" on " + form.Name() + SuggestName(name, names));
+  throw ScriptError("unknown control \"" + name + "\" on " + form->Name() + SuggestName(name, names));
 }
 
 void Console::ShowModal(Dialog& dialog, Form* /*owner*/) {
@@ -218,7 +231,7 @@ std::optional<std::string> Console::Ask(const std::string& question, const char*
   return line;
 }
 
-std::optional<FolderIndex> Console::PickFolder() {
+std::optional<FolderIndex> Console::AnswerPick() {
   const World& world = Stage().workbench.profile.world;
   std::optional<std::string> path;
   if (auto queued = TakeFirst(picks_)) {

@@ -1,6 +1,7 @@
 // The console host: Outlook's place, in a terminal. It reads commands from a script, a pipe or a terminal,
-// acts on the open forms as a user would, and prints what a user would see. A modal dialog runs its own
-// command loop, nested in the command that opened it. The commands themselves stand in *Commands.cpp.
+// acts on the open forms as a user would, and prints what a user would see. What the page and its dialogs
+// are, models or real windows, its driver knows. Over models a modal dialog runs its own command loop, nested
+// in the command that opened it. The commands themselves stand in *Commands.cpp.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "display/UserActions.h"
-#include "workbench/Stage.h"
+#include "workbench/HostDriver.h"
 #include "workbench/Words.h"
 
 namespace vexa::workbench {
@@ -36,7 +36,7 @@ struct LibraryBench {
 
 class Console final : public ModalWindows, public UserAnswers {
  public:
-  Console(CommandSource source, std::ostream& out);
+  Console(CommandSource source, std::ostream& out, HostDriverMaker makeDriver = MakeModelDriver);
   ~Console() override;
 
   /// Runs commands until they end. 0, or 2 when something that cannot be carried out ended a script.
@@ -52,15 +52,17 @@ class Console final : public ModalWindows, public UserAnswers {
   void SetLanguage(int32_t language);
   /// The stage; ScriptError when no profile is loaded.
   vexa::workbench::Stage& Stage();
-  /// The page; ScriptError when there is none.
-  OutlookPropertiesPage& Page();
+  /// The page's container; ScriptError when no profile is loaded.
+  HostDriver& Host();
+  /// The same; ScriptError when there is no page.
+  HostDriver& HostWithPage();
   /// The form that takes the user's input: the dialog opened last, or the page.
-  Form& TopForm();
-  std::vector<Form*> OpenForms() const;
+  std::unique_ptr<FormDriver> TopForm();
+  std::vector<std::unique_ptr<FormDriver>> OpenForms() const;
   /// ScriptError while a dialog is open: the page that it belongs to cannot go.
   void RequireNoDialog() const;
   /// A control of the top form by its name; ScriptError when there is none.
-  Control& FindControl(const std::string& name);
+  FormDriver::ControlName FindControl(const std::string& name);
 
   void QueuePick(std::optional<std::string> path) { picks_.push_back(std::move(path)); }
   void QueueMessageAnswer(MessageAnswer answer) { messageAnswers_.push_back(answer); }
@@ -74,10 +76,18 @@ class Console final : public ModalWindows, public UserAnswers {
   /// Stops reading commands.
   void Quit() { ended_ = true; }
 
+  // --- for the driver
+
+  /// The dialogs over models that are open, innermost last.
+  const std::vector<Dialog*>& OpenDialogs() const { return dialogs_; }
+  /// What the script, or the person at the terminal, answers to the folder picker.
+  std::optional<FolderIndex> AnswerPick();
+  bool HasEnded() const { return ended_; }
+
   // --- what the library and the workbench ask for
 
   void ShowModal(Dialog& dialog, Form* owner) override;
-  std::optional<FolderIndex> PickFolder() override;
+  std::optional<FolderIndex> PickFolder() override { return Host().PickFolder(); }
   MessageAnswer AnswerMessage(const std::string& asked, MessageButtons buttons) override;
   BrowseAnswer BrowseForFolder(const std::string& prompt, const std::string& startFolder) override;
   int32_t OpenDocument(const std::string& path) override;
@@ -86,6 +96,7 @@ class Console final : public ModalWindows, public UserAnswers {
  private:
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
+  void SetStage(Profile profile, const std::string& path);
   void Fail(const std::string& message);
   bool ReadLine(std::string& line, const std::string& prompt);
   /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it
@@ -107,8 +118,10 @@ class Console final : public ModalWindows, public UserAnswers {
   std::deque<BrowseAnswer> browses_;
   std::deque<int32_t> shellCodes_;
 
+  HostDriverMaker makeDriver_;
   std::unique_ptr<vexa::workbench::Stage> stage_;
-  std::vector<Dialog*> dialogs_;  // open, innermost last
+  std::unique_ptr<HostDriver> driver_;  // exists while there is a stage
+  std::vector<Dialog*> dialogs_;
 };
 
 /// One command of the console's language.

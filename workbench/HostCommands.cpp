@@ -4,7 +4,6 @@
 #include <iomanip>
 
 #include "workbench/Console.h"
-#include "workbench/Gallery.h"
 #include "workbench/Names.h"
 
 namespace vexa::workbench {
@@ -30,12 +29,12 @@ void Language(Console& console, const Words& words) {
 
 void Create(Console& console, const Words&) {
   console.RequireNoDialog();
-  console.Stage().CreatePage();
+  console.Host().Create();
 }
 
 void Initialize(Console& console, const Words&) {
-  OutlookPropertiesPage& page = console.Page();
-  console.AsHost([&] { page.Initialize(console.Stage().workbench.Addin()); });
+  HostDriver& host = console.HostWithPage();
+  console.AsHost([&] { host.Initialize(); });
 }
 
 void Open(Console& console, const Words& words) {
@@ -44,46 +43,45 @@ void Open(Console& console, const Words& words) {
 }
 
 void Reinitialize(Console& console, const Words&) {
-  OutlookPropertiesPage& page = console.Page();
-  console.AsHost([&] { page.Initialize(nullptr, true); });
+  HostDriver& host = console.HostWithPage();
+  console.AsHost([&] { host.Reinitialize(); });
 }
 
 void Apply(Console& console, const Words&) {
-  OutlookPropertiesPage& page = console.Page();
-  console.AsHost([&] { page.PropertyPage_Apply(); });
+  HostDriver& host = console.HostWithPage();
+  console.AsHost([&] { host.Apply(); });
 }
 
-void Hide(Console& console, const Words&) { console.Page().UserControl_Hide(); }
+void Hide(Console& console, const Words&) { console.HostWithPage().Hide(); }
 
 void Release(Console& console, const Words&) {
-  console.Page();
+  HostDriver& host = console.HostWithPage();
   console.RequireNoDialog();
-  console.Stage().DestroyPage();
+  host.Release();
 }
 
 void Site(Console& console, const Words& words) {
   console.Stage().hasSite = SwitchWord(words[0], "the page site");
 }
 
-void Development(Console&, const Words& words) {
-  InDevelopmentMode = SwitchWord(words[0], "development mode");
+void Development(Console& console, const Words& words) {
+  const bool on = SwitchWord(words[0], "development mode");
+  console.Host().SetDevelopmentMode(on);
 }
 
 void AskPage(Console& console, const Words& words) {
-  OutlookPropertiesPage& page = console.Page();
+  HostDriver& host = console.HostWithPage();
   std::ostream& out = console.Out();
   const std::string& what = words[0];
   if (SameName(what, "dirty")) {
-    out << "Dirty: " << (page.PropertyPage_Dirty() ? "True" : "False") << "\n";
+    out << "Dirty: " << (host.Dirty() ? "True" : "False") << "\n";
   } else if (SameName(what, "name")) {
-    out << "Name: " << QuotedText(page.TabTitle()) << "\n";
+    out << "Name: " << QuotedText(host.Title()) << "\n";
   } else if (SameName(what, "active")) {
-    out << "PageActive: " << (page.PageActive() ? "True" : "False") << "\n";
+    out << "PageActive: " << (host.PageActive() ? "True" : "False") << "\n";
   } else if (SameName(what, "page-info")) {
-    std::string helpFile = "as the host passed it";
-    int32_t helpContext = 4711;
-    page.PropertyPage_GetPageInfo(helpFile, helpContext);
-    out << "HelpFile: " << QuotedText(helpFile) << ", HelpContext: " << helpContext << "\n";
+    const HostDriver::PageInfo info = host.GetPageInfo({"as the host passed it", 4711});
+    out << "HelpFile: " << QuotedText(info.helpFile) << ", HelpContext: " << info.helpContext << "\n";
   } else {
     throw ScriptError("unknown question \"" + what + "\"" +
                       SuggestName(what, {"dirty", "name", "active", "page-info"}));
@@ -125,11 +123,7 @@ void Answer(Console& console, const Words& words) {
   }
 }
 
-void OpenGallery(Console& console, const Words&) {
-  Stage& stage = console.Stage();
-  Gallery gallery(stage.services);
-  console.ShowModal(gallery, nullptr);
-}
+void OpenGallery(Console& console, const Words&) { console.Host().OpenGallery(); }
 
 void Say(Console& console, const Words& words) {
   for (size_t i = 0; i < words.size(); ++i) console.Out() << (i == 0 ? "" : " ") << words[i];

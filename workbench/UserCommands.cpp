@@ -1,12 +1,6 @@
 // Commands that do what a user does to the open form, and show what the user sees.
 #include <array>
 
-#include "display/CheckBox.h"
-#include "display/Grid.h"
-#include "display/OptionButton.h"
-#include "display/Slider.h"
-#include "display/TextBox.h"
-#include "display/Tree.h"
 #include "workbench/Console.h"
 #include "workbench/FormState.h"
 #include "workbench/Names.h"
@@ -16,10 +10,10 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-UserActions User(Console& console) { return UserActions(console.TopForm()); }
-
-std::string FocusName(const Form& form) {
-  return form.Focus() == nullptr ? form.Name() : form.Focus()->Name();
+/// The control that has the focus, or the form when none has it.
+std::string FocusName(const FormDriver& form) {
+  const std::string focus = form.Focus();
+  return focus.empty() ? form.Name() : focus;
 }
 
 /// Says why the user could not do it; says nothing when it was done.
@@ -27,7 +21,7 @@ void Report(Console& console, const std::string& name, Outcome outcome) {
   if (outcome == Outcome::Done) return;
   console.Out() << "refused: ";
   if (outcome == Outcome::FocusKept) {
-    const std::string keeper = FocusName(console.TopForm());
+    const std::string keeper = FocusName(*console.TopForm());
     if (keeper != name) console.Out() << name << " is out of reach: ";
     console.Out() << keeper << " keeps the focus\n";
   } else {
@@ -35,152 +29,154 @@ void Report(Console& console, const std::string& name, Outcome outcome) {
   }
 }
 
-template <typename Kind>
-Kind& FindControl(Console& console, const std::string& name, const char* rightKind) {
-  Control& control = console.FindControl(name);
-  auto* wanted = dynamic_cast<Kind*>(&control);
-  if (wanted == nullptr) {
-    throw ScriptError(control.Name() + " is a " + std::string(KindName(control.Kind())) +
-                      "; right would be a " + rightKind);
+/// The name of a control of a kind on the top form.
+std::string FindControl(Console& console, const std::string& name, ControlKind kind, const char* rightKind) {
+  const FormDriver::ControlName control = console.FindControl(name);
+  if (control.kind != kind) {
+    throw ScriptError(control.name + " is a " + std::string(KindName(control.kind)) + "; right would be a " +
+                      rightKind);
   }
-  return *wanted;
+  return control.name;
 }
 
-Tree::Node FindNode(const Tree& tree, const std::string& path) {
-  Tree::Node here = Tree::NoNode;
+FormDriver::Node FindNode(const FormDriver& form, const std::string& tree, const std::string& path) {
+  FormDriver::Node here = FormDriver::NoNode;
   for (const std::string_view part : SplitPath(path)) {
-    Tree::Node next = Tree::NoNode;
-    for (const Tree::Node child : tree.Children(here)) {
-      if (next == Tree::NoNode && EncodedName(tree.Text(child)) == part) next = child;
-    }
-    if (next == Tree::NoNode) {
-      throw ScriptError(tree.Name() + " has no node \"" + std::string(part) + "\" in the path \"" + path +
+    here = form.FindNode(tree, here, part);
+    if (here == FormDriver::NoNode) {
+      throw ScriptError(tree + " has no node \"" + std::string(part) + "\" in the path \"" + path +
                         "\"; nodes below one that was never expanded are not there yet");
     }
-    here = next;
   }
-  if (here == Tree::NoNode) throw ScriptError("a node's path must not be empty");
+  if (here == FormDriver::NoNode) throw ScriptError("a node's path must not be empty");
   return here;
 }
 
-/// Acts on a control of the top form by its name.
-void Act(Console& console, const std::string& name,
-         const std::function<Outcome(UserActions&, Control&)>& act) {
-  Control& control = console.FindControl(name);
-  const std::string controlName = control.Name();  // the form may be gone when the action ends
-  UserActions user = User(console);
-  const Outcome outcome = act(user, control);
-  Report(console, controlName, outcome);
-}
-
 void Show(Console& console, const Words& words) {
+  const std::unique_ptr<FormDriver> top = console.TopForm();
   if (words.empty()) {
-    Print(console.Out(), StateOf(console.TopForm()));
+    Print(console.Out(), top->State());
     return;
   }
-  for (Form* form : console.OpenForms()) {
+  for (const std::unique_ptr<FormDriver>& form : console.OpenForms()) {
     if (SameName(form->Name(), words[0])) {
-      Print(console.Out(), StateOf(*form));
+      Print(console.Out(), form->State());
       return;
     }
   }
-  Print(console.Out(), StateOf(console.TopForm(), console.FindControl(words[0])));
+  Print(console.Out(), top->StateOf(console.FindControl(words[0]).name));
 }
 
 void Forms(Console& console, const Words&) {
-  for (const Form* form : console.OpenForms()) {
-    console.Out() << form->Name() << (form->Caption().empty() ? "" : " " + QuotedText(form->Caption()))
-                  << "\n";
+  for (const std::unique_ptr<FormDriver>& form : console.OpenForms()) {
+    const std::string caption = form->Caption();
+    console.Out() << form->Name() << (caption.empty() ? "" : " " + QuotedText(caption)) << "\n";
   }
 }
 
 void Click(Console& console, const Words& words) {
-  Act(console, words[0], [](UserActions& user, Control& control) { return user.Click(control); });
+  const std::string control = console.FindControl(words[0]).name;
+  Report(console, control, console.TopForm()->Click(control));
 }
 
 void DoubleClick(Console& console, const Words& words) {
-  Act(console, words[0], [](UserActions& user, Control& control) { return user.DoubleClick(control); });
+  const std::string control = console.FindControl(words[0]).name;
+  Report(console, control, console.TopForm()->DoubleClick(control));
 }
 
 /// Checks or unchecks a box, or a node of a tree.
 void SetChecked(Console& console, const Words& words, bool checked) {
+  const std::unique_ptr<FormDriver> form = console.TopForm();
   if (words.size() == 1) {
-    auto& box = FindControl<CheckBox>(console, words[0], "check box (a tree needs a node's path, too)");
-    Report(console, box.Name(), User(console).SetChecked(box, checked));
+    const std::string box =
+        FindControl(console, words[0], ControlKind::CheckBox, "check box (a tree needs a node's path, too)");
+    Report(console, box, form->SetChecked(box, checked));
   } else {
-    auto& tree = FindControl<Tree>(console, words[0], "tree");
-    Report(console, tree.Name(), User(console).CheckNode(tree, FindNode(tree, words[1]), checked));
+    const std::string tree = FindControl(console, words[0], ControlKind::Tree, "tree");
+    Report(console, tree, form->CheckNode(tree, FindNode(*form, tree, words[1]), checked));
   }
 }
 void Check(Console& console, const Words& words) { SetChecked(console, words, true); }
 void Uncheck(Console& console, const Words& words) { SetChecked(console, words, false); }
 
 void Choose(Console& console, const Words& words) {
-  auto& option = FindControl<OptionButton>(console, words[0], "option");
-  Report(console, option.Name(), User(console).Choose(option));
+  const std::string option = FindControl(console, words[0], ControlKind::OptionButton, "option");
+  Report(console, option, console.TopForm()->Choose(option));
 }
 
 void Type(Console& console, const Words& words) {
-  auto& box = FindControl<TextBox>(console, words[0], "text box");
-  Report(console, box.Name(), User(console).Type(box, words[1]));
+  const std::string box = FindControl(console, words[0], ControlKind::TextBox, "text box");
+  Report(console, box, console.TopForm()->Type(box, words[1]));
 }
 
 void Slide(Console& console, const Words& words) {
-  auto& slider = FindControl<Slider>(console, words[0], "slider");
+  const std::string slider = FindControl(console, words[0], ControlKind::Slider, "slider");
+  const std::unique_ptr<FormDriver> form = console.TopForm();
   const int32_t position = NumberWord(words[1], "the position");
-  if (position < slider.Minimum() || position > slider.Maximum()) {
-    throw ScriptError(slider.Name() + " goes from " + std::to_string(slider.Minimum()) + " to " +
-                      std::to_string(slider.Maximum()));
+  const ControlState state = form->StateOf(slider);
+  if (position < state.minimum || position > state.maximum) {
+    throw ScriptError(slider + " goes from " + std::to_string(state.minimum) + " to " +
+                      std::to_string(state.maximum));
   }
-  Report(console, slider.Name(), User(console).Slide(slider, position));
+  Report(console, slider, form->Slide(slider, position));
 }
 
 void Cell(Console& console, const Words& words) {
-  auto& grid = FindControl<Grid>(console, words[0], "grid");
+  const std::string grid = FindControl(console, words[0], ControlKind::Grid, "grid");
+  const std::unique_ptr<FormDriver> form = console.TopForm();
   const int32_t row = NumberWord(words[1], "the row");
   const int32_t column = NumberWord(words[2], "the column");
-  if (row < 1 || row > grid.RowCount() || column < 0 || column >= grid.ColumnCount()) {
-    throw ScriptError(grid.Name() + " has rows 1 to " + std::to_string(grid.RowCount()) +
-                      " and columns 0 to " + std::to_string(grid.ColumnCount() - 1));
+  const ControlState state = form->StateOf(grid);
+  const auto rows = static_cast<int32_t>(state.rows.size()) - 1;  // the header is none
+  const auto columns = static_cast<int32_t>(state.rows.front().size());
+  if (row < 1 || row > rows || column < 0 || column >= columns) {
+    throw ScriptError(grid + " has rows 1 to " + std::to_string(rows) + " and columns 0 to " +
+                      std::to_string(columns - 1));
   }
-  Report(console, grid.Name(), User(console).SelectCell(grid, row, column));
+  Report(console, grid, form->SelectCell(grid, row, column));
 }
 
 void Select(Console& console, const Words& words) {
-  auto& tree = FindControl<Tree>(console, words[0], "tree");
-  Report(console, tree.Name(), User(console).ClickNode(tree, FindNode(tree, words[1])));
+  const std::string tree = FindControl(console, words[0], ControlKind::Tree, "tree");
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  Report(console, tree, form->ClickNode(tree, FindNode(*form, tree, words[1])));
 }
 
 void SetExpanded(Console& console, const Words& words, bool expanded) {
-  auto& tree = FindControl<Tree>(console, words[0], "tree");
-  Report(console, tree.Name(), User(console).Expand(tree, FindNode(tree, words[1]), expanded));
+  const std::string tree = FindControl(console, words[0], ControlKind::Tree, "tree");
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  Report(console, tree, form->Expand(tree, FindNode(*form, tree, words[1]), expanded));
 }
 void Expand(Console& console, const Words& words) { SetExpanded(console, words, true); }
 void Collapse(Console& console, const Words& words) { SetExpanded(console, words, false); }
 
 void Focus(Console& console, const Words& words) {
-  Act(console, words[0], [](UserActions& user, Control& control) { return user.Focus(control); });
+  const std::string control = console.FindControl(words[0]).name;
+  Report(console, control, console.TopForm()->Focus(control));
 }
 
 void Leave(Console& console, const Words& words) {
-  const std::string focused = FocusName(console.TopForm());
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  const std::string focused = FocusName(*form);
   if (!words.empty() && !SameName(words[0], focused)) {
-    throw ScriptError(console.FindControl(words[0]).Name() + " does not have the focus; " + focused +
+    throw ScriptError(console.FindControl(words[0]).name + " does not have the focus; " + focused +
                       " has it");
   }
-  Report(console, focused, User(console).Leave());
+  Report(console, focused, form->Leave());
 }
 
 void Enter(Console& console, const Words&) {
-  const Button* const button = console.TopForm().EffectiveDefaultButton();
-  const std::string name = button == nullptr ? console.TopForm().Name() : button->Name();
-  Report(console, name, User(console).Enter());
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  const std::string button = form->EnterButton();
+  const std::string name = button.empty() ? form->Name() : button;
+  Report(console, name, form->Enter());
 }
 
 void Esc(Console& console, const Words&) {
-  const Button* const button = console.TopForm().CancelButton();
-  const std::string name = button == nullptr ? console.TopForm().Name() : button->Name();
-  Report(console, name, User(console).Escape());
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  const std::string button = form->EscapeButton();
+  const std::string name = button.empty() ? form->Name() : button;
+  Report(console, name, form->Escape());
 }
 
 void PressKey(Console& console, const Words& words) {
@@ -189,14 +185,14 @@ void PressKey(Console& console, const Words& words) {
   if (words.size() > 1 && !SameName(words[1], "shift")) {
     throw ScriptError("a key is pressed alone or with shift, not with \"" + words[1] + "\"");
   }
-  const std::string name = FocusName(console.TopForm());
-  Report(console, name, User(console).Press(code, words.size() > 1));
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  const std::string name = FocusName(*form);
+  Report(console, name, form->Press(code, words.size() > 1));
 }
 
 void Close(Console& console, const Words&) {
-  auto* dialog = dynamic_cast<Dialog*>(&console.TopForm());
-  if (dialog == nullptr) throw ScriptError("no dialog is open; \"hide\" and \"release\" end the page");
-  dialog->CloseWindow();
+  if (!console.TopForm()->CloseWindow())
+    throw ScriptError("no dialog is open; \"hide\" and \"release\" end the page");
 }
 
 constexpr auto Commands = std::to_array<Command>({

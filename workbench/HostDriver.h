@@ -1,0 +1,64 @@
+// The container of the options page, as the console plays it: it makes the page and lets go of it, passes on
+// what Outlook and the add-in say, and knows which forms are open. One implementation keeps the page in this
+// process without windows, one embeds the real control. Errors of the page come out as Error.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/FormDriver.h"
+#include "workbench/Stage.h"
+
+namespace vexa::workbench {
+
+class Console;
+
+class HostDriver {
+ public:
+  HostDriver() = default;
+  HostDriver(const HostDriver&) = delete;
+  HostDriver& operator=(const HostDriver&) = delete;
+  virtual ~HostDriver() = default;
+
+  /// The page first, then the dialogs, innermost last.
+  virtual std::vector<std::unique_ptr<FormDriver>> OpenForms() const = 0;
+  virtual size_t DialogCount() const = 0;
+  virtual bool HasPage() const = 0;
+
+  /// The page, made anew.
+  virtual void Create() = 0;
+  // What follows needs a page.
+  virtual void Initialize() = 0;
+  virtual void Reinitialize() = 0;
+  virtual void Apply() = 0;
+  virtual void Hide() = 0;
+  virtual void Release() = 0;
+
+  struct PageInfo {
+    std::string helpFile;
+    int32_t helpContext;
+  };
+  virtual bool Dirty() = 0;
+  virtual std::string Title() = 0;
+  virtual PageInfo GetPageInfo(PageInfo passed) = 0;
+
+  // What only a console within the library's process can do; ScriptError elsewhere.
+  virtual bool PageActive() = 0;
+  virtual void SetDevelopmentMode(bool on) = 0;
+
+  /// Opens a form that has every kind of control.
+  virtual void OpenGallery() = 0;
+  /// Shows Outlook's folder picker to whoever answers.
+  virtual std::optional<FolderIndex> PickFolder() = 0;
+};
+
+/// Makes the driver for a stage that was just set. The driver is gone before the stage is.
+using HostDriverMaker = std::function<std::unique_ptr<HostDriver>(Console&, Stage&)>;
+
+/// The driver over the library's models.
+std::unique_ptr<HostDriver> MakeModelDriver(Console& console, Stage& stage);
+
+}  // namespace vexa::workbench
