@@ -40,9 +40,7 @@ class WorkbenchDesktop final : public Desktop {
 
   MessageAnswer Show(const std::string& text, MessageIcon icon, MessageButtons buttons,
                      const std::string& title) override {
-    std::string line = "MSG[";
-    line.append(IconName(icon)).append(" | ").append(ButtonNames(buttons)).append(" | ");
-    line.append(QuotedText(title)).append("] ").append(QuotedText(text));
+    std::string line = MessageLine(text, icon, buttons, title);
     const MessageAnswer answer = workbench_.User().AnswerMessage(line, buttons);
     line.append(" -> ").append(AnswerWord(answer));
     workbench_.User().Seen(line);
@@ -76,6 +74,13 @@ class WorkbenchDesktop final : public Desktop {
 
 std::unique_ptr<Desktop> MakeDesktop(Workbench& workbench) {
   return std::make_unique<WorkbenchDesktop>(workbench);
+}
+
+std::string MessageLine(const std::string& text, MessageIcon icon, MessageButtons buttons,
+                        const std::string& title) {
+  std::string line = "MSG[";
+  line.append(IconName(icon)).append(" | ").append(ButtonNames(buttons)).append(" | ");
+  return line.append(QuotedText(title)).append("] ").append(QuotedText(text));
 }
 
 std::string_view AnswerWord(MessageAnswer answer) {

@@ -82,6 +82,10 @@ class Workbench {
   std::unique_ptr<ObjectFactory> objects_;
 };
 
+/// A message box as traces and transcripts show it, up to its answer.
+std::string MessageLine(const std::string& text, MessageIcon icon, MessageButtons buttons,
+                        const std::string& title);
+
 /// The word for an answer, as scripts write it: "ok", "cancel", "yes", "no".
 std::string_view AnswerWord(MessageAnswer answer);
 

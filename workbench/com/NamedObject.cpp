@@ -62,22 +62,6 @@ bool EqualsIgnoringCase(const wchar_t* one, const wchar_t* other) {
   return CompareStringOrdinal(one, -1, other, -1, TRUE) == CSTR_EQUAL;
 }
 
-/// The error object that Report has left, as the record of a late-bound call.
-HRESULT FillException(HRESULT code, EXCEPINFO* exception) {
-  if (exception == nullptr) return code;
-  *exception = {};
-  exception->scode = code;
-  ComPtr<IErrorInfo> info;
-  if (GetErrorInfo(0, info.Receive()) == S_OK && info) {
-    // What cannot be read stays empty; the code says what matters.
-    info->GetDescription(&exception->bstrDescription);
-    info->GetSource(&exception->bstrSource);
-    info->GetHelpFile(&exception->bstrHelpFile);
-    info->GetHelpContext(&exception->dwHelpContext);
-  }
-  return DISP_E_EXCEPTION;
-}
-
 }  // namespace
 
 ObjectRef ObjectBehind(IUnknown* object) {
@@ -115,6 +99,21 @@ void GiveObject(ComPtr<IDispatch> object, VARIANT& result) {
 
 ComPtr<IUnknown> MakeEnumerator(std::function<int32_t()> count, std::function<void(int32_t, VARIANT&)> item) {
   return MakeObject<IEnumVARIANT, Enumerator>(std::move(count), std::move(item)).As<IUnknown>();
+}
+
+HRESULT FillException(HRESULT code, EXCEPINFO* exception) {
+  if (exception == nullptr) return code;
+  *exception = {};
+  exception->scode = code;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Receive()) == S_OK && info) {
+    // What cannot be read stays empty; the code says what matters.
+    info->GetDescription(&exception->bstrDescription);
+    info->GetSource(&exception->bstrSource);
+    info->GetHelpFile(&exception->bstrHelpFile);
+    info->GetHelpContext(&exception->dwHelpContext);
+  }
+  return DISP_E_EXCEPTION;
 }
 
 STDMETHODIMP NamedObjectBase::GetTypeInfoCount(UINT* count) {

@@ -31,6 +31,10 @@ class CallArguments {
 
 void GiveObject(windows::ComPtr<IDispatch> object, VARIANT& result);
 
+/// The end of a failed late-bound call: the error object that was left for `code` goes into `exception`. What
+/// the call then returns.
+HRESULT FillException(HRESULT code, EXCEPINFO* exception);
+
 /// For Each over things counted from 1. It reads them as it goes.
 windows::ComPtr<IUnknown> MakeEnumerator(std::function<int32_t()> count,
                                          std::function<void(int32_t position, VARIANT& result)> item);

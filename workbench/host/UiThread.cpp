@@ -1,0 +1,83 @@
+#include "workbench/host/UiThread.h"
+
+#include <stdexcept>
+
+#include "windows/views/Handles.h"
+
+namespace vexa::workbench {
+namespace {
+
+constexpr UINT RunMessage = WM_APP + 1;    // lParam: a TaskRef to run and delete
+constexpr UINT QuietMessage = WM_APP + 2;  // lParam: the event to set when nothing else is left in the queue
+constexpr DWORD Patience = 60'000;         // milliseconds
+constexpr const wchar_t* ClassName = L"VexaUiThread";
+
+}  // namespace
+
+UiThread::UiThread() {
+  WNDCLASSW windowClass{};
+  windowClass.lpfnWndProc = Procedure;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.lpszClassName = ClassName;
+  windows::Verified(RegisterClassW(&windowClass), "RegisterClassW");
+  window_ = windows::Verified(CreateWindowExW(0, ClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                              windowClass.hInstance, nullptr),
+                              "CreateWindowExW");
+  quiet_ = windows::Verified(CreateEventW(nullptr, FALSE, FALSE, nullptr), "CreateEventW");
+}
+
+UiThread::~UiThread() {
+  DestroyWindow(window_);
+  UnregisterClassW(ClassName, GetModuleHandleW(nullptr));
+  CloseHandle(quiet_);
+}
+
+UiThread::TaskRef UiThread::Start(std::function<void()> body) {
+  auto task = std::make_shared<Task>();
+  task->body_ = std::move(body);
+  auto posted = std::make_unique<TaskRef>(task);
+  windows::Verified(PostMessageW(window_, RunMessage, 0, reinterpret_cast<LPARAM>(posted.get())),
+                    "PostMessageW");
+  posted.release();  // the window deletes it
+  return task;
+}
+
+void UiThread::WaitUntilQuiet() {
+  windows::Verified(PostMessageW(window_, QuietMessage, 0, reinterpret_cast<LPARAM>(quiet_)), "PostMessageW");
+  if (WaitForSingleObject(quiet_, Patience) != WAIT_OBJECT_0)
+    throw std::runtime_error("the windows did not become quiet within a minute");
+}
+
+void UiThread::Run(std::function<void()> body) {
+  const TaskRef task = Start(std::move(body));
+  WaitUntilQuiet();
+  if (!task->IsDone()) throw std::runtime_error("the windows wait for an answer that nobody gives");
+  task->Finish();
+}
+
+LRESULT CALLBACK UiThread::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == RunMessage) {
+    const std::unique_ptr<TaskRef> posted(reinterpret_cast<TaskRef*>(lParam));
+    Task& task = **posted;
+    try {
+      task.body_();
+    } catch (...) {
+      task.failure_ = std::current_exception();
+    }
+    task.done_ = true;
+    return 0;
+  }
+  if (message == QuietMessage) {
+    // What was posted meanwhile comes first, and whatever that posts.
+    constexpr UINT work = QS_POSTMESSAGE | QS_INPUT | QS_SENDMESSAGE;
+    if (HIWORD(GetQueueStatus(work)) != 0) {
+      PostMessageW(window, QuietMessage, wParam, lParam);
+    } else {
+      SetEvent(reinterpret_cast<HANDLE>(lParam));
+    }
+    return 0;
+  }
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+}  // namespace vexa::workbench

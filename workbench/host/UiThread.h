@@ -1,0 +1,59 @@
+// The thread that owns the windows, as the thread of the script sees it: the script hands it something to do
+// and waits until the windows are quiet, so that the two never run at once. Quiet means that the thread waits
+// in a message loop, its own or a modal one, with nothing left in its queue.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <exception>
+#include <functional>
+#include <memory>
+
+namespace vexa::workbench {
+
+class UiThread {
+ public:
+  /// Made by the thread that owns the windows.
+  UiThread();
+  UiThread(const UiThread&) = delete;
+  UiThread& operator=(const UiThread&) = delete;
+  ~UiThread();
+
+  DWORD Id() const { return id_; }
+
+  // --- called by the script's thread
+
+  /// Something that the thread of the windows does; it may run modal loops and take any time.
+  class Task {
+   public:
+    bool IsDone() const { return done_; }
+    /// Once it is done: throws what it ended with.
+    void Finish() const {
+      if (failure_ != nullptr) std::rethrow_exception(failure_);
+    }
+
+   private:
+    friend class UiThread;
+    std::function<void()> body_;
+    std::exception_ptr failure_;
+    std::atomic<bool> done_ = false;
+  };
+  using TaskRef = std::shared_ptr<Task>;
+
+  /// Has `body` run from the thread's message loop.
+  TaskRef Start(std::function<void()> body);
+  /// Waits until the windows are quiet. std::runtime_error when they do not become so within a minute.
+  void WaitUntilQuiet();
+  /// For what opens nothing: runs it and waits for its end.
+  void Run(std::function<void()> body);
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  DWORD id_ = GetCurrentThreadId();
+  HWND window_ = nullptr;
+  HANDLE quiet_ = nullptr;
+};
+
+}  // namespace vexa::workbench

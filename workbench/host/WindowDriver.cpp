@@ -1,0 +1,249 @@
+#include "workbench/host/WindowDriver.h"
+
+#include <algorithm>
+
+#include "windows/com/Text.h"
+#include "windows/views/Handles.h"
+#include "workbench/host/FolderPicker.h"
+#include "workbench/host/MessageBox.h"
+#include "workbench/host/WindowForm.h"
+
+namespace vexa::workbench {
+namespace {
+
+using windows::Send;
+
+/// The visible top-level windows of a thread, the frontmost first.
+std::vector<HWND> TopWindows(DWORD thread) {
+  std::vector<HWND> found;
+  EnumThreadWindows(
+      thread,
+      [](HWND window, LPARAM list) -> BOOL {
+        if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+/// The item of the picker's tree that stands for a folder.
+HTREEITEM FindItem(HWND tree, HTREEITEM item, FolderIndex folder) {
+  const auto next = [&](HTREEITEM from, WPARAM relation) {
+    return reinterpret_cast<HTREEITEM>(Send(tree, TVM_GETNEXTITEM, relation, from));
+  };
+  for (; item != nullptr; item = next(item, TVGN_NEXT)) {
+    TVITEMW read{};
+    read.mask = TVIF_PARAM;
+    read.hItem = item;
+    Send(tree, TVM_GETITEMW, 0, &read);
+    if (static_cast<FolderIndex>(read.lParam) == folder) return item;
+    if (const HTREEITEM below = FindItem(tree, next(item, TVGN_CHILD), folder)) return below;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+WindowDriver::WindowDriver(Console& console, Stage& stage, UiThread& ui, const std::wstring& module)
+    : console_(console), stage_(stage), ui_(ui) {
+  ui_.Run([&] {
+    exports_ = Exports::Make(stage.workbench, module);
+    classes_ = std::make_unique<ClassRegistration>(exports_);
+  });
+}
+
+WindowDriver::~WindowDriver() {
+  try {
+    CloseDialogs();
+    ui_.Run([&] {
+      dialog_.reset();
+      classes_.reset();
+      exports_.reset();
+    });
+    if (LivingObjects::Count() != 0) {
+      console_.Seen("note: " + std::to_string(LivingObjects::Count()) +
+                    " object(s) of the workbench were never released");
+    }
+  } catch (const std::exception& failure) {
+    console_.Seen(failure.what());
+  }
+}
+
+void WindowDriver::Settle() {
+  for (;;) {
+    ui_.WaitUntilQuiet();
+    const std::vector<HWND> windows = TopWindows(ui_.Id());
+    NoteClosed();
+    NoteOpened(windows);
+    if (!AnswerTop(windows)) break;
+  }
+  std::vector<UiThread::TaskRef> done;
+  std::erase_if(running_, [&](const UiThread::TaskRef& task) {
+    if (task->IsDone()) done.push_back(task);
+    return task->IsDone();
+  });
+  for (const UiThread::TaskRef& task : done) console_.AsHost([&] { task->Finish(); });
+}
+
+void WindowDriver::Do(std::function<void()> body) {
+  const UiThread::TaskRef task = ui_.Start(std::move(body));
+  Settle();
+  if (task->IsDone()) {
+    task->Finish();
+  } else {
+    running_.push_back(task);
+  }
+}
+
+void WindowDriver::NoteClosed() {
+  while (!dialogs_.empty() && IsWindowVisible(dialogs_.back().window) == FALSE) {
+    console_.Seen("[" + dialogs_.back().name + " closes]");
+    dialogs_.pop_back();
+  }
+}
+
+void WindowDriver::NoteOpened(const std::vector<HWND>& windows) {
+  // Owned windows stand before their owners: the outermost new one is told first.
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+    const std::string name = FormNameOf(*window);
+    const auto isKnown = [&](const OpenDialog& open) { return open.window == *window; };
+    if (name.empty() || std::ranges::any_of(dialogs_, isKnown)) continue;
+    console_.Seen("[" + name + " opens: " + QuotedText(windows::ToUtf8(TextOfWindow(*window))) + "]");
+    dialogs_.push_back({*window, name});
+  }
+}
+
+bool WindowDriver::AnswerTop(const std::vector<HWND>& windows) {
+  for (const HWND window : windows) {
+    if (IsWindowEnabled(window) == FALSE) continue;  // behind another modal one
+    if (ClassOfWindow(window) == FolderPickerClass) {
+      AnswerPicker(window);
+      return true;
+    }
+    if (ReadMessageBox(window)) {
+      AnswerMessage(window);
+      return true;
+    }
+  }
+  return false;
+}
+
+void WindowDriver::AnswerMessage(HWND window) {
+  const ShownMessage message = *ReadMessageBox(window);
+  std::string line = MessageLine(message.text, message.icon, message.buttons, message.title);
+  const MessageAnswer answer = console_.AnswerMessage(line, message.buttons);
+  line.append(" -> ").append(AnswerWord(answer));
+  console_.Seen(line);
+  stage_.calls.Note(line);
+  AnswerMessageBox(window, answer);
+}
+
+void WindowDriver::AnswerPicker(HWND window) {
+  const std::optional<FolderIndex> answer = console_.AnswerPick();
+  const HWND tree = GetDlgItem(window, FolderPickerTree);
+  if (answer) {
+    const auto first = reinterpret_cast<HTREEITEM>(Send(tree, TVM_GETNEXTITEM, TVGN_ROOT));
+    Send(tree, TVM_SELECTITEM, TVGN_CARET, FindItem(tree, first, *answer));
+  }
+  PostMessageW(GetDlgItem(window, answer ? IDOK : IDCANCEL), BM_CLICK, 0, 0);
+}
+
+void WindowDriver::CloseDialogs() {
+  while (!dialogs_.empty()) {
+    const size_t before = dialogs_.size();
+    PostMessageW(dialogs_.back().window, WM_CLOSE, 0, 0);
+    Settle();
+    if (dialogs_.size() >= before) throw std::runtime_error(dialogs_.back().name + " does not close");
+  }
+}
+
+HWND WindowDriver::PageWindow() const {
+  return dialog_ == nullptr ? nullptr : FindFormWindow(dialog_->Window());
+}
+
+std::vector<std::unique_ptr<FormDriver>> WindowDriver::OpenForms() const {
+  std::vector<std::unique_ptr<FormDriver>> forms;
+  auto& self = const_cast<WindowDriver&>(*this);  // forms act through the driver
+  if (const HWND page = PageWindow()) forms.push_back(std::make_unique<WindowForm>(self, page));
+  for (const OpenDialog& open : dialogs_) forms.push_back(std::make_unique<WindowForm>(self, open.window));
+  return forms;
+}
+
+void WindowDriver::Create() {
+  Do([this] {
+    dialog_.reset();  // the host releases one page before it makes the next
+    OptionsDialog::Events events;
+    events.isPageSite = [this] { return stage_.hasSite; };
+    events.statusChanged = [this] { stage_.workbench.Site()->OnStatusChange(); };
+    events.closed = [this] { dialog_.reset(); };
+    dialog_ = std::make_unique<OptionsDialog>(std::move(events));
+  });
+}
+
+void WindowDriver::Initialize() {
+  Do([this] {
+    VARIANT_BOOL again = VARIANT_FALSE;
+    const windows::ComPtr<IVexaAddin> addin = exports_->Addin();
+    windows::Check(dialog_->Page().Initialize(addin.Get(), &again));
+  });
+}
+
+void WindowDriver::Reinitialize() {
+  Do([this] {
+    VARIANT_BOOL again = VARIANT_TRUE;
+    windows::Check(dialog_->Page().Initialize(nullptr, &again));
+  });
+}
+
+void WindowDriver::Apply() {
+  Do([this] { dialog_->ApplyPage(); });
+}
+
+void WindowDriver::Hide() {
+  Do([this] { dialog_->HidePage(); });
+}
+
+void WindowDriver::Release() {
+  Do([this] { dialog_.reset(); });
+}
+
+bool WindowDriver::Dirty() {
+  bool dirty = false;
+  ui_.Run([&] { dirty = dialog_->IsDirty(); });
+  return dirty;
+}
+
+std::string WindowDriver::Title() {
+  std::string title;
+  ui_.Run([&] { title = windows::ToUtf8(dialog_->Caption()); });
+  return title;
+}
+
+HostDriver::PageInfo WindowDriver::GetPageInfo(PageInfo passed) {
+  ui_.Run([&] {
+    windows::Bstr helpFile(passed.helpFile);
+    BSTR file = helpFile.Detach();
+    LONG context = passed.helpContext;
+    const HRESULT outcome = dialog_->Page().PropertyPage_GetPageInfo(&file, &context);
+    passed = {windows::TextOf(file), context};
+    SysFreeString(file);
+    windows::Check(outcome);
+  });
+  return passed;
+}
+
+bool WindowDriver::PageActive() {
+  throw ScriptError("whether the page is active cannot be seen from outside; only the console can ask it");
+}
+
+void WindowDriver::SetDevelopmentMode(bool /*on*/) {
+  throw ScriptError("the module has no development mode; only the console can set it");
+}
+
+void WindowDriver::OpenGallery() { throw ScriptError("the gallery belongs to the console"); }
+
+std::optional<FolderIndex> WindowDriver::PickFolder() {
+  return ShowFolderPicker(GetActiveWindow(), stage_.workbench.profile.world);
+}
+
+}  // namespace vexa::workbench

@@ -1,0 +1,78 @@
+// The page and its dialogs as real windows, driven by a script. The script runs on a thread of its own; after
+// everything that it does it waits until the windows are quiet, and then deals with what has come up: dialogs
+// that opened or closed are told, message boxes and the folder picker are answered from the console's queues.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/Console.h"
+#include "workbench/com/Export.h"
+#include "workbench/host/OptionsDialog.h"
+#include "workbench/host/UiThread.h"
+
+namespace vexa::workbench {
+
+class WindowDriver final : public HostDriver {
+ public:
+  /// `module` is the path of VexaControls.dll.
+  WindowDriver(Console& console, Stage& stage, UiThread& ui, const std::wstring& module);
+  ~WindowDriver() override;
+
+  /// The dialog that messages of the thread of the windows go to first; null while there is none.
+  OptionsDialog* Dialog() const { return dialog_.get(); }
+
+  std::vector<std::unique_ptr<FormDriver>> OpenForms() const override;
+  size_t DialogCount() const override { return dialogs_.size(); }
+  bool HasPage() const override { return dialog_ != nullptr; }
+  void Create() override;
+  void Initialize() override;
+  void Reinitialize() override;
+  void Apply() override;
+  void Hide() override;
+  void Release() override;
+  bool Dirty() override;
+  std::string Title() override;
+  PageInfo GetPageInfo(PageInfo passed) override;
+  bool PageActive() override;
+  void SetDevelopmentMode(bool on) override;
+  void OpenGallery() override;
+  std::optional<FolderIndex> PickFolder() override;
+
+  // --- for the forms
+
+  UiThread& Ui() const { return ui_; }
+  /// Waits until the windows are quiet and everything that has come up is dealt with.
+  void Settle();
+
+ private:
+  struct OpenDialog {
+    HWND window;
+    std::string name;
+  };
+
+  /// Does something on the thread of the windows. Its error comes out here, or, when a dialog is open by
+  /// then, is printed once it has ended.
+  void Do(std::function<void()> body);
+  void NoteClosed();
+  void NoteOpened(const std::vector<HWND>& windows);
+  bool AnswerTop(const std::vector<HWND>& windows);
+  void AnswerMessage(HWND window);
+  void AnswerPicker(HWND window);
+  void CloseDialogs();
+  HWND PageWindow() const;
+
+  Console& console_;
+  Stage& stage_;
+  UiThread& ui_;
+  ExportsRef exports_;
+  std::unique_ptr<ClassRegistration> classes_;
+  std::unique_ptr<OptionsDialog> dialog_;  // made and ended by the thread of the windows
+  std::vector<OpenDialog> dialogs_;        // innermost last
+  std::vector<UiThread::TaskRef> running_;
+};
+
+}  // namespace vexa::workbench

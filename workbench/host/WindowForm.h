@@ -1,0 +1,67 @@
+// One form's real window: what the user does arrives as messages of mouse and keyboard, and what there is to
+// be seen is read from the windows of its controls.
+#pragma once
+
+#include <windows.h>
+
+#include "workbench/FormDriver.h"
+
+namespace vexa::workbench {
+
+class WindowDriver;
+
+/// The window of a form within `window`, itself included; null when there is none.
+HWND FindFormWindow(HWND window);
+/// The name of the form that a window shows; empty for any other window.
+std::string FormNameOf(HWND window);
+
+class WindowForm final : public FormDriver {
+ public:
+  WindowForm(WindowDriver& driver, HWND window) : driver_(driver), window_(window) {}
+
+  std::string Name() const override;
+  std::string Caption() const override;
+  std::vector<ControlName> Controls() const override;
+  FormState State() const override;
+  ControlState StateOf(const std::string& control) const override;
+  std::string Focus() const override;
+  std::string EnterButton() const override;
+  std::string EscapeButton() const override;
+  Node FindNode(const std::string& tree, Node parent, std::string_view encodedText) const override;
+
+  Outcome Click(const std::string& control) override;
+  Outcome DoubleClick(const std::string& control) override;
+  Outcome SetChecked(const std::string& box, bool checked) override;
+  Outcome Choose(const std::string& option) override;
+  Outcome Type(const std::string& box, const std::string& text) override;
+  Outcome Slide(const std::string& slider, int32_t position) override;
+  Outcome SelectCell(const std::string& grid, int32_t row, int32_t column) override;
+  Outcome ClickNode(const std::string& tree, Node node) override;
+  Outcome CheckNode(const std::string& tree, Node node, bool checked) override;
+  Outcome Expand(const std::string& tree, Node node, bool expanded) override;
+  Outcome Focus(const std::string& control) override;
+  Outcome Leave() override;
+  Outcome Press(int keyCode, bool shift) override;
+  Outcome Enter() override;
+  Outcome Escape() override;
+  bool CloseWindow() override;
+
+ private:
+  HWND Find(const std::string& control) const;
+  HWND FocusedControl() const;
+  HWND DefaultButton() const;
+  ControlState Read(HWND control) const;
+
+  /// Brings the keyboard focus to a control, as Tab would.
+  Outcome Reach(HWND control);
+  /// Presses the mouse at a place in a control; `twice` for a double click.
+  Outcome PressMouse(HWND control, POINT place, bool twice = false);
+  Outcome PressKey(HWND control, int keyCode, bool shift = false);
+  /// Whether something that was done to `control` has arrived, when `before` had the focus.
+  Outcome Arrival(HWND control, HWND before) const;
+
+  WindowDriver& driver_;
+  HWND window_;
+};
+
+}  // namespace vexa::workbench
