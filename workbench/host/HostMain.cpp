@@ -65,7 +65,6 @@ int RunScript(const Options& options) {
   std::ifstream script(std::filesystem::path(windows::ToUtf16(options.script)));
   if (!script) throw std::runtime_error(options.script + ": cannot be read");
   UiThread ui;
-  std::atomic<WindowDriver*> driver = nullptr;
   const std::wstring module = ModuleBesideProgram();
   const DWORD uiThread = GetCurrentThreadId();
   int status = 1;
@@ -73,9 +72,7 @@ int RunScript(const Options& options) {
   std::thread user([&] {
     try {
       Console console({script, options.script, false}, std::cout, [&](Console& of, Stage& stage) {
-        auto made = std::make_unique<WindowDriver>(of, stage, ui, module);
-        driver = made.get();
-        return made;
+        return std::make_unique<WindowDriver>(of, stage, ui, module);
       });
       if (!options.profile.empty()) console.Load(options.profile);
       status = console.Run();
@@ -85,16 +82,7 @@ int RunScript(const Options& options) {
     }
     PostThreadMessageW(uiThread, WM_QUIT, 0, 0);
   });
-  MSG message{};
-  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    WindowDriver* const current = driver;
-    OptionsDialog* const dialog = current == nullptr ? nullptr : current->Dialog();
-    if (dialog != nullptr) {
-      dialog->Handle(message);
-    } else {
-      DispatchMessageW(&message);
-    }
-  }
+  ui.RunLoop();
   user.join();
   if (!failure.empty()) throw std::runtime_error(failure);
   return status;
@@ -159,6 +147,7 @@ int main() {
   SetUnhandledExceptionFilter(vexa::workbench::EndCrashed);
   // Transcripts have the same line ends everywhere.
   _setmode(_fileno(stdout), _O_BINARY);
+  std::cout << std::unitbuf;  // what came before an end by force is seen
   try {
     int count = 0;
     LPWSTR* const values = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -55,6 +55,19 @@ void UiThread::Run(std::function<void()> body) {
   task->Finish();
 }
 
+void UiThread::RunLoop() {
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (handler_) {
+      const Handler handler = handler_;  // the message may take it away
+      handler(message);
+    } else {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  }
+}
+
 LRESULT CALLBACK UiThread::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == RunMessage) {
     const std::unique_ptr<TaskRef> posted(reinterpret_cast<TaskRef*>(lParam));
@@ -68,8 +81,9 @@ LRESULT CALLBACK UiThread::Procedure(HWND window, UINT message, WPARAM wParam, L
     return 0;
   }
   if (message == QuietMessage) {
-    // What was posted meanwhile comes first, and whatever that posts.
-    constexpr UINT work = QS_POSTMESSAGE | QS_INPUT | QS_SENDMESSAGE;
+    // What was posted meanwhile comes first, and whatever that posts. Input does not count: posted messages
+    // go before it, so that it would wait behind this one for ever.
+    constexpr UINT work = QS_POSTMESSAGE | QS_SENDMESSAGE;
     if (HIWORD(GetQueueStatus(work)) != 0) {
       PostMessageW(window, QuietMessage, wParam, lParam);
     } else {

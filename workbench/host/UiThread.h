@@ -22,6 +22,14 @@ class UiThread {
 
   DWORD Id() const { return id_; }
 
+  // --- called by the thread of the windows
+
+  using Handler = std::function<void(MSG& message)>;
+  /// Who handles the messages of the loop from now on; none: they are dispatched.
+  void HandleWith(Handler handler) { handler_ = std::move(handler); }
+  /// Until WM_QUIT.
+  void RunLoop();
+
   // --- called by the script's thread
 
   /// Something that the thread of the windows does; it may run modal loops and take any time.
@@ -52,6 +60,7 @@ class UiThread {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   DWORD id_ = GetCurrentThreadId();
+  Handler handler_;
   HWND window_ = nullptr;
   HANDLE quiet_ = nullptr;
 };

@@ -56,7 +56,7 @@ WindowDriver::~WindowDriver() {
   try {
     CloseDialogs();
     ui_.Run([&] {
-      dialog_.reset();
+      SetDialog(nullptr);
       classes_.reset();
       exports_.reset();
     });
@@ -169,14 +169,21 @@ std::vector<std::unique_ptr<FormDriver>> WindowDriver::OpenForms() const {
   return forms;
 }
 
+void WindowDriver::SetDialog(std::unique_ptr<OptionsDialog> dialog) {
+  ui_.HandleWith(nullptr);
+  dialog_ = std::move(dialog);
+  if (dialog_ != nullptr) ui_.HandleWith([shown = dialog_.get()](MSG& message) { shown->Handle(message); });
+}
+
 void WindowDriver::Create() {
   Do([this] {
-    dialog_.reset();  // the host releases one page before it makes the next
+    SetDialog(nullptr);  // the host releases one page before it makes the next
     OptionsDialog::Events events;
     events.isPageSite = [this] { return stage_.hasSite; };
     events.statusChanged = [this] { stage_.workbench.Site()->OnStatusChange(); };
-    events.closed = [this] { dialog_.reset(); };
-    dialog_ = std::make_unique<OptionsDialog>(std::move(events));
+    // The dialog is still at work when it says so.
+    events.closed = [this] { ui_.Start([this] { SetDialog(nullptr); }); };
+    SetDialog(std::make_unique<OptionsDialog>(std::move(events)));
   });
 }
 
@@ -204,7 +211,7 @@ void WindowDriver::Hide() {
 }
 
 void WindowDriver::Release() {
-  Do([this] { dialog_.reset(); });
+  Do([this] { SetDialog(nullptr); });
 }
 
 bool WindowDriver::Dirty() {

@@ -22,9 +22,6 @@ class WindowDriver final : public HostDriver {
   WindowDriver(Console& console, Stage& stage, UiThread& ui, const std::wstring& module);
   ~WindowDriver() override;
 
-  /// The dialog that messages of the thread of the windows go to first; null while there is none.
-  OptionsDialog* Dialog() const { return dialog_.get(); }
-
   std::vector<std::unique_ptr<FormDriver>> OpenForms() const override;
   size_t DialogCount() const override { return dialogs_.size(); }
   bool HasPage() const override { return dialog_ != nullptr; }
@@ -57,6 +54,8 @@ class WindowDriver final : public HostDriver {
   /// Does something on the thread of the windows. Its error comes out here, or, when a dialog is open by
   /// then, is printed once it has ended.
   void Do(std::function<void()> body);
+  /// On the thread of the windows.
+  void SetDialog(std::unique_ptr<OptionsDialog> dialog);
   void NoteClosed();
   void NoteOpened(const std::vector<HWND>& windows);
   bool AnswerTop(const std::vector<HWND>& windows);
