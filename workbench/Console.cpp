@@ -76,6 +76,7 @@ void Console::Execute(const std::string& line) {
   try {
     const std::vector<std::string> words = SplitWords(line);
     if (words.empty()) return;
+    if (consoleOnly_ && source_.realWindows && !SameName(words.front(), "hosts")) return;
     const bool speaks = SameName(words.front(), "say");  // what it prints stands for itself
     if (!source_.interactive && !speaks) Out() << "> " << line << "\n";
     const Command* const command = FindCommand(words.front());

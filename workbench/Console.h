@@ -25,6 +25,7 @@ struct CommandSource {
   std::istream& in;
   std::string name;          // for messages: the script's path
   bool interactive = false;  // a person at a terminal: a prompt, no echo, questions are asked
+  bool realWindows = false;  // passes over what a script says is for consoles without windows
 };
 
 /// What the library's own commands work on, from one command to the next.
@@ -75,6 +76,8 @@ class Console final : public ModalWindows, public UserAnswers {
   void AsHost(const std::function<void()>& call);
   /// Stops reading commands.
   void Quit() { ended_ = true; }
+  /// The commands from here on are for consoles without windows only, or for all hosts again.
+  void SetConsoleOnly(bool only) { consoleOnly_ = only; }
 
   // --- for the driver
 
@@ -111,6 +114,7 @@ class Console final : public ModalWindows, public UserAnswers {
   int line_ = 0;
   bool ended_ = false;
   bool failed_ = false;
+  bool consoleOnly_ = false;
   std::optional<int32_t> language_;
 
   std::deque<std::optional<std::string>> picks_;  // a path, or nothing to cancel

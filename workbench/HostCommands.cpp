@@ -125,6 +125,14 @@ void Answer(Console& console, const Words& words) {
 
 void OpenGallery(Console& console, const Words&) { console.Host().OpenGallery(); }
 
+void Hosts(Console& console, const Words& words) {
+  const bool consoleOnly = SameName(words[0], "console");
+  if (!consoleOnly && !SameName(words[0], "all")) {
+    throw ScriptError("commands are for hosts \"console\" or \"all\", not \"" + words[0] + "\"");
+  }
+  console.SetConsoleOnly(consoleOnly);
+}
+
 void Say(Console& console, const Words& words) {
   for (size_t i = 0; i < words.size(); ++i) console.Out() << (i == 0 ? "" : " ") << words[i];
   console.Out() << "\n";
@@ -175,6 +183,7 @@ constexpr auto Commands = std::to_array<Command>({
     {"answer", "pick|message|browse|shell ANSWER",
      "queue an answer: PATH|cancel, ok|cancel|yes|no, FOLDER|cancel|fail, CODE", 2, 2, Answer},
     {"gallery", "", "open a form that has every kind of control", 0, 0, OpenGallery},
+    {"hosts", "console|all", "what follows is for consoles without windows only, or for all", 1, 1, Hosts},
     {"say", "WORD...", "print the words", 0, AnyNumber, Say},
     {"help", "[COMMAND]", "list the commands", 0, 1, Help},
     {"quit", "", "end the run", 0, 0, Quit},

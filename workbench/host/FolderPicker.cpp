@@ -22,6 +22,7 @@ class Picker {
   Picker(HWND owner, const World& world) : owner_(owner), world_(world) {}
 
   std::optional<FolderIndex> Run() {
+    const HWND focus = GetFocus();
     Create();
     if (owner_ != nullptr) EnableWindow(owner_, FALSE);
     ShowWindow(window_, SW_SHOW);
@@ -36,6 +37,7 @@ class Picker {
     // The owner comes back before the window goes, or another program's window would come to the front.
     if (owner_ != nullptr) EnableWindow(owner_, TRUE);
     DestroyWindow(window_);
+    if (focus != nullptr) SetFocus(focus);  // a window that is activated again has it for itself
     return picked_;
   }
 

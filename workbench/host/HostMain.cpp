@@ -71,7 +71,7 @@ int RunScript(const Options& options) {
   std::string failure;
   std::thread user([&] {
     try {
-      Console console({script, options.script, false}, std::cout, [&](Console& of, Stage& stage) {
+      Console console({script, options.script, false, true}, std::cout, [&](Console& of, Stage& stage) {
         return std::make_unique<WindowDriver>(of, stage, ui, module);
       });
       if (!options.profile.empty()) console.Load(options.profile);
