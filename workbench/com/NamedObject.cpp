@@ -139,6 +139,18 @@ STDMETHODIMP NamedObjectBase::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names
   return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
+HRESULT NamedObjectBase::InvokeDefault(size_t index, DISPPARAMS& parameters, VARIANT* result,
+                                       EXCEPINFO* exception) {
+  OwnedVariant answer;
+  const DISPPARAMS none{};
+  const HRESULT outcome = Run([&] { Call(index, CallArguments(none), answer.Get()); });
+  if (FAILED(outcome)) return FillException(outcome, exception);
+  if (answer.Get().vt != VT_DISPATCH || answer.Get().pdispVal == nullptr) return DISP_E_BADPARAMCOUNT;
+  return answer.Get().pdispVal->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
+                                       DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters, result, exception,
+                                       nullptr);
+}
+
 STDMETHODIMP NamedObjectBase::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD flags,
                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                      UINT* /*wrongArgument*/) {
@@ -152,6 +164,7 @@ STDMETHODIMP NamedObjectBase::Invoke(DISPID member, REFIID /*reserved*/, LCID /*
   }
   if (parameters->cNamedArgs != 0) return DISP_E_NONAMEDARGS;
   const MemberShape& shape = ShapeOf(index);
+  if (shape.most == 0 && parameters->cArgs > 0) return InvokeDefault(index, *parameters, result, exception);
   if (parameters->cArgs < shape.least || parameters->cArgs > shape.most) return DISP_E_BADPARAMCOUNT;
   const HRESULT outcome = Run([&] {
     OwnedVariant answer;

@@ -59,6 +59,10 @@ class NamedObjectBase : public ServerObject<IDispatch> {
   virtual size_t MemberCount() const = 0;
   virtual const MemberShape& ShapeOf(size_t index) const = 0;
   virtual void Call(size_t index, const CallArguments& arguments, VARIANT& result) = 0;
+
+ private:
+  /// "Folders(1)": the arguments are meant for what a member without any answers.
+  HRESULT InvokeDefault(size_t index, DISPPARAMS& parameters, VARIANT* result, EXCEPINFO* exception);
 };
 
 /// `Self` has a static function Members() that gives its table.

@@ -13,16 +13,15 @@ namespace {
 
 using windows::Send;
 
+BOOL CALLBACK AddIfVisible(HWND window, LPARAM list) {
+  if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  return TRUE;
+}
+
 /// The visible top-level windows of a thread, the frontmost first.
 std::vector<HWND> TopWindows(DWORD thread) {
   std::vector<HWND> found;
-  EnumThreadWindows(
-      thread,
-      [](HWND window, LPARAM list) -> BOOL {
-        if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&found));
+  EnumThreadWindows(thread, AddIfVisible, reinterpret_cast<LPARAM>(&found));
   return found;
 }
 
