@@ -44,8 +44,9 @@ FormDriver::Node FindNode(const FormDriver& form, const std::string& tree, const
   for (const std::string_view part : SplitPath(path)) {
     here = form.FindNode(tree, here, part);
     if (here == FormDriver::NoNode) {
-      throw ScriptError(tree + " has no node \"" + std::string(part) + "\" in the path \"" + path +
-                        "\"; nodes below one that was never expanded are not there yet");
+      std::string message = tree;
+      message.append(" has no node \"").append(part).append("\" in the path \"").append(path);
+      throw ScriptError(message + "\"; nodes below one that was never expanded are not there yet");
     }
   }
   if (here == FormDriver::NoNode) throw ScriptError("a node's path must not be empty");

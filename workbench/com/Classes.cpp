@@ -87,7 +87,7 @@ ClassRegistration::ClassRegistration(const ExportsRef& exports) {
 
 ClassRegistration::~ClassRegistration() { Revoke(); }
 
-void ClassRegistration::Add(const wchar_t* name, const CLSID& ownId, ComPtr<IUnknown> factory) {
+void ClassRegistration::Add(const wchar_t* name, const CLSID& ownId, const ComPtr<IUnknown>& factory) {
   DWORD number = 0;
   Check(CoRegisterClassObject(IdOfClass(name, ownId), factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                               &number));

@@ -66,7 +66,7 @@ class ClassRegistration {
   ~ClassRegistration();
 
  private:
-  void Add(const wchar_t* name, const CLSID& ownId, windows::ComPtr<IUnknown> factory);
+  void Add(const wchar_t* name, const CLSID& ownId, const windows::ComPtr<IUnknown>& factory);
   void Revoke();
   std::vector<DWORD> registered_;
 };

@@ -33,10 +33,10 @@ MessageIcon IconOf(HWND window) {
     LPCWSTR name;
     MessageIcon icon;
   };
-  const Known known[] = {{IDI_ERROR, MessageIcon::Critical},
-                         {IDI_QUESTION, MessageIcon::Question},
-                         {IDI_WARNING, MessageIcon::Exclamation},
-                         {IDI_INFORMATION, MessageIcon::Information}};
+  const auto known = std::to_array<Known>({{IDI_ERROR, MessageIcon::Critical},
+                                           {IDI_QUESTION, MessageIcon::Question},
+                                           {IDI_WARNING, MessageIcon::Exclamation},
+                                           {IDI_INFORMATION, MessageIcon::Information}});
   for (const HWND child : ChildrenOf(window)) {
     if (!IsIcon(child) || !IsSeen(child)) continue;
     const auto shown = reinterpret_cast<HICON>(Send(child, STM_GETICON));

@@ -7,7 +7,7 @@
 namespace vexa::workbench {
 namespace {
 
-constexpr UINT RunMessage = WM_APP + 1;    // lParam: a TaskRef to run and delete
+constexpr UINT RunMessage = WM_APP + 1;    // run the task that waits longest
 constexpr UINT QuietMessage = WM_APP + 2;  // lParam: the event to set when nothing else is left in the queue
 constexpr DWORD Patience = 60'000;         // milliseconds
 constexpr const wchar_t* ClassName = L"VexaUiThread";
@@ -23,6 +23,7 @@ UiThread::UiThread() {
   window_ = windows::Verified(CreateWindowExW(0, ClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                                               windowClass.hInstance, nullptr),
                               "CreateWindowExW");
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   quiet_ = windows::Verified(CreateEventW(nullptr, FALSE, FALSE, nullptr), "CreateEventW");
 }
 
@@ -35,10 +36,11 @@ UiThread::~UiThread() {
 UiThread::TaskRef UiThread::Start(std::function<void()> body) {
   auto task = std::make_shared<Task>();
   task->body_ = std::move(body);
-  auto posted = std::make_unique<TaskRef>(task);
-  windows::Verified(PostMessageW(window_, RunMessage, 0, reinterpret_cast<LPARAM>(posted.get())),
-                    "PostMessageW");
-  posted.release();  // the window deletes it
+  {
+    const std::lock_guard lock(mutex_);
+    waiting_.push_back(task);
+  }
+  windows::Verified(PostMessageW(window_, RunMessage, 0, 0), "PostMessageW");
   return task;
 }
 
@@ -53,6 +55,21 @@ void UiThread::Run(std::function<void()> body) {
   WaitUntilQuiet();
   if (!task->IsDone()) throw std::runtime_error("the windows wait for an answer that nobody gives");
   task->Finish();
+}
+
+void UiThread::RunNext() {
+  TaskRef task;
+  {
+    const std::lock_guard lock(mutex_);
+    task = std::move(waiting_.front());
+    waiting_.pop_front();
+  }
+  try {
+    task->body_();
+  } catch (...) {
+    task->failure_ = std::current_exception();
+  }
+  task->done_ = true;
 }
 
 void UiThread::RunLoop() {
@@ -70,14 +87,7 @@ void UiThread::RunLoop() {
 
 LRESULT CALLBACK UiThread::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == RunMessage) {
-    const std::unique_ptr<TaskRef> posted(reinterpret_cast<TaskRef*>(lParam));
-    Task& task = **posted;
-    try {
-      task.body_();
-    } catch (...) {
-      task.failure_ = std::current_exception();
-    }
-    task.done_ = true;
+    reinterpret_cast<UiThread*>(GetWindowLongPtrW(window, GWLP_USERDATA))->RunNext();
     return 0;
   }
   if (message == QuietMessage) {

@@ -6,9 +6,11 @@
 #include <windows.h>
 
 #include <atomic>
+#include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 namespace vexa::workbench {
 
@@ -57,10 +59,13 @@ class UiThread {
   void Run(std::function<void()> body);
 
  private:
+  void RunNext();
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   DWORD id_ = GetCurrentThreadId();
   Handler handler_;
+  std::mutex mutex_;
+  std::deque<TaskRef> waiting_;
   HWND window_ = nullptr;
   HANDLE quiet_ = nullptr;
 };

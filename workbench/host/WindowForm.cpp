@@ -1,6 +1,7 @@
 #include "workbench/host/WindowForm.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "windows/com/Text.h"
@@ -116,7 +117,7 @@ void ReadTree(HWND tree, HTREEITEM first, int depth, std::vector<NodeState>& nod
 POINT PlaceOf(HWND tree, HTREEITEM item, UINT part) {
   Send(tree, TVM_ENSUREVISIBLE, 0, item);
   RECT area{};
-  std::memcpy(&area, &item, sizeof item);  // the message takes the item where it puts the place
+  std::memcpy(&area, &item, sizeof(void*));  // the message takes the item where it puts the place
   Send(tree, TVM_GETITEMRECT, FALSE, &area);
   TVHITTESTINFO hit{};
   hit.pt.y = (area.top + area.bottom) / 2;
@@ -156,6 +157,7 @@ void ReadGrid(HWND grid, ControlState& state) {
   const auto rows = static_cast<int>(Send(grid, LVM_GETITEMCOUNT));
   for (int row = 0; row < rows; ++row) {
     std::vector<std::string> texts;
+    texts.reserve(static_cast<size_t>(columns));
     for (int column = 0; column < columns; ++column) texts.push_back(CellText(grid, row, column));
     state.rows.push_back(std::move(texts));
   }
@@ -319,10 +321,10 @@ Outcome WindowForm::PressKey(HWND control, int keyCode, bool shift) {
   const HWND target = control == nullptr ? window_ : control;
   const auto setShift = [this](bool down) {
     driver_.Ui().Run([down] {
-      BYTE keys[256]{};
-      GetKeyboardState(keys);
+      std::array<BYTE, 256> keys{};
+      GetKeyboardState(keys.data());
       keys[VK_SHIFT] = down ? 0x80 : 0;
-      SetKeyboardState(keys);
+      SetKeyboardState(keys.data());
     });
   };
   if (shift) setShift(true);
