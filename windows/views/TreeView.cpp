@@ -1,0 +1,167 @@
+#include "windows/com/Text.h"
+#include "windows/views/ControlViews.h"
+#include "windows/views/Handles.h"
+#include "windows/views/TreeMirror.h"
+
+namespace vexa::windows {
+namespace {
+
+constexpr int WidthUnits = 100;
+constexpr int RowPadding = 4;  // at 96 dpi
+constexpr int DefaultRows = 6;
+constexpr UINT SyncMessage = WM_APP + 1;
+
+/// Neither checks nor opens anything by itself: the form does, and the mirror shows it. Many changes in a
+/// row are shown together, before the next message that could tell the difference.
+class TreeView final : public ControlView {
+ public:
+  TreeView(ViewHost& host, Tree& tree) : ControlView(host, tree), tree_(tree) {
+    constexpr DWORD style = TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
+                            TVS_DISABLEDRAGDROP;
+    Create(WC_TREEVIEWW, style | WS_TABSTOP, WS_EX_CLIENTEDGE);
+    // Set on creation, the style makes check boxes that cannot be set before the window is seen.
+    SetWindowLongPtrW(Window(), GWL_STYLE, GetWindowLongPtrW(Window(), GWL_STYLE) | TVS_CHECKBOXES);
+    mirror_.emplace(Window(), tree, host.Icons());
+    ControlView::Sync();
+    mirror_->Sync();
+  }
+
+  void Sync() override {
+    ControlView::Sync();
+    if (stale_ || !mirror_) return;
+    stale_ = true;
+    if (PostMessageW(Window(), SyncMessage, 0, 0) == FALSE) Refresh();
+  }
+
+  void SyncFont() override {
+    ControlView::SyncFont();
+    mirror_->UseIcons(host_.Icons());
+  }
+
+  int MinWidth() const override { return host_.Face().UnitsX(WidthUnits); }
+  int HeightFor(int /*width*/) const override { return HeightForLines(DefaultRows); }
+  int HeightForLines(int lines) const override {
+    const Typeface& face = host_.Face();
+    return (std::max(face.LineHeight(), host_.Icons().Size()) + face.Scale(RowPadding)) * lines +
+           2 * GetSystemMetrics(SM_CYEDGE);
+  }
+
+  bool TakesLetters() const override { return true; }
+
+  bool KeyDown(int key) override {
+    if (key != VK_SPACE) return ControlView::KeyDown(key);
+    if (tree_.Selected() != Tree::NoNode) ToggleCheck(tree_.Selected());
+    return true;
+  }
+
+  LRESULT Notified(UINT message, WPARAM /*wParam*/, LPARAM lParam) override {
+    if (message != WM_NOTIFY) return 0;
+    switch (reinterpret_cast<const NMHDR*>(lParam)->code) {
+      case TVN_GETDISPINFOW:
+        mirror_->FillIn(reinterpret_cast<NMTVDISPINFOW*>(lParam)->item);
+        return 0;
+      case TVN_ITEMEXPANDINGW:
+        return Expanding(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
+      case TVN_SELCHANGEDW:
+        SelectionChanged(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
+        return 0;
+      case NM_CLICK:
+        return Clicked();
+      default:
+        return 0;
+    }
+  }
+
+ protected:
+  std::wstring WindowText() const override { return AccessibleName(); }
+
+  bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override {
+    switch (message) {
+      case SyncMessage:
+        Refresh();
+        return true;
+      case WM_PAINT:
+      case WM_KEYDOWN:
+        Refresh();
+        break;
+      case WM_LBUTTONDOWN:
+      case WM_LBUTTONDBLCLK: {
+        if (!ReachByMouse()) return true;
+        Refresh();
+        TVHITTESTINFO hit{};
+        hit.pt = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+        const Tree::Node node = NodeAt(hit);
+        if (node != Tree::NoNode && (hit.flags & TVHT_ONITEMSTATEICON) != 0) {
+          SetFocus(Window());
+          ToggleCheck(node);
+          return true;
+        }
+        selectedBefore_ = tree_.Selected();
+        return false;
+      }
+      case WM_CHAR:
+        if (wParam == VK_SPACE) return true;  // else it looks for a text that begins with one, and beeps
+        break;
+      default:
+        break;
+    }
+    return ControlView::Intercept(message, wParam, lParam, result);
+  }
+
+ private:
+  void Refresh() {
+    if (!stale_ || !mirror_) return;
+    stale_ = false;
+    mirror_->Sync();
+  }
+
+  Tree::Node NodeAt(TVHITTESTINFO& hit) const {
+    const auto item = reinterpret_cast<HTREEITEM>(Send(Window(), TVM_HITTEST, 0, &hit));
+    return item == nullptr ? Tree::NoNode : mirror_->NodeOf(item);
+  }
+
+  void ToggleCheck(Tree::Node node) {
+    host_.Actions().CheckNode(tree_, node, !tree_.Checked(node));
+    Refresh();
+  }
+
+  /// The user wants to open or close a branch: the form does it, and the mirror shows it.
+  LRESULT Expanding(const NMTREEVIEWW& change) {
+    if (mirror_->IsWorking()) return FALSE;
+    const auto node = static_cast<Tree::Node>(change.itemNew.lParam);
+    const bool open = change.action == TVE_EXPAND ||
+                      (change.action == TVE_TOGGLE && (change.itemNew.state & TVIS_EXPANDED) == 0);
+    host_.Actions().Expand(tree_, node, open);
+    Refresh();
+    return TRUE;
+  }
+
+  void SelectionChanged(const NMTREEVIEWW& change) {
+    if (mirror_->IsWorking() || change.itemNew.hItem == nullptr) return;
+    if (change.action != TVC_BYMOUSE && change.action != TVC_BYKEYBOARD) return;
+    host_.Actions().ClickNode(tree_, static_cast<Tree::Node>(change.itemNew.lParam));
+  }
+
+  /// A click on the node that was already selected changes no selection, and is a click all the same.
+  LRESULT Clicked() {
+    const DWORD position = GetMessagePos();
+    TVHITTESTINFO hit{};
+    hit.pt = {static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
+    if (ScreenToClient(Window(), &hit.pt) == FALSE) return 0;
+    const Tree::Node node = NodeAt(hit);
+    const bool onItem = (hit.flags & (TVHT_ONITEMICON | TVHT_ONITEMLABEL)) != 0;
+    if (node != Tree::NoNode && onItem && node == selectedBefore_) host_.Actions().ClickNode(tree_, node);
+    return 0;
+  }
+
+  Tree& tree_;
+  std::optional<TreeMirror> mirror_;
+  bool stale_ = false;
+  Tree::Node selectedBefore_ = Tree::NoNode;
+};
+
+}  // namespace
+
+ControlViewPtr MakeTreeView(ViewHost& host, Tree& tree) { return std::make_unique<TreeView>(host, tree); }
+
+}  // namespace vexa::windows
