@@ -16,14 +16,14 @@ void Control::SetEnabled(bool enabled) {
   if (enabled_ == enabled) return;
   enabled_ = enabled;
   Changed();
-  if (!enabled) form_.MoveFocusOffUnusable();
+  FocusabilityChanged();
 }
 
 void Control::SetVisible(bool visible) {
   if (visible_ == visible) return;
   visible_ = visible;
   Changed();
-  if (!visible) form_.MoveFocusOffUnusable();
+  FocusabilityChanged();
 }
 
 void Control::SetCaption(std::string caption) {
@@ -47,6 +47,8 @@ bool Control::TakesFocus() const {
 void Control::Refresh() {
   if (FormView* view = form_.View()) view->Refresh(*this);
 }
+
+void Control::FocusabilityChanged() { form_.MoveFocusOffUnusable(); }
 
 void Control::Changed() {
   if (FormView* view = form_.View()) view->Changed(*this);

@@ -26,6 +26,7 @@ enum class ControlKind {
   Tree,
   Frame,
   Section,
+  ExtLabel,
 };
 
 using Event = std::function<void()>;
@@ -63,8 +64,8 @@ class Control {
   /// Whether the user sees it, and whether the user can act on it.
   bool IsShown() const;
   bool IsUsable() const;
-  /// Whether controls of this kind take the keyboard focus.
-  bool TakesFocus() const;
+  /// Whether the control is one that takes the keyboard focus.
+  virtual bool TakesFocus() const;
 
   /// Redraws the control. An error when the view cannot.
   void Refresh();
@@ -76,6 +77,8 @@ class Control {
   Form& Owner() const { return form_; }
   /// Tells the view that something to be seen has changed.
   void Changed();
+  /// The control may no longer be one that can have the focus.
+  void FocusabilityChanged();
 
  private:
   Form& form_;

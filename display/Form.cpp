@@ -65,7 +65,7 @@ void Form::LoadCaptions(const Resources& resources) {
 
 void Form::MoveFocusOffUnusable() {
   // A control that goes away cannot hold on to the focus, whatever its entry.
-  if (focus_ != nullptr && !focus_->IsUsable()) ChangeFocus(NextInTabOrder(focus_));
+  if (focus_ != nullptr && !(focus_->IsUsable() && focus_->TakesFocus())) ChangeFocus(NextInTabOrder(focus_));
 }
 
 void Form::ChangeFocus(Control* control) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "display/CheckBox.h"
+#include "display/ExtLabel.h"
 #include "display/Grid.h"
 #include "display/OptionButton.h"
 #include "display/Slider.h"
@@ -106,6 +107,16 @@ Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
   return outcome;
 }
 
+Outcome UserActions::ClickWord(ExtLabel& label, size_t word, int button, int shift) {
+  const Outcome outcome = Reach(label);
+  if (outcome == Outcome::Done) label.ClickWord(word, button, shift);
+  return outcome;
+}
+
+Outcome UserActions::ClickHotSpot(ExtLabel& label, int32_t hotSpot) {
+  return ClickWord(label, label.Text().FirstWordOf(hotSpot), ButtonLeft, ShiftNone);
+}
+
 Outcome UserActions::Focus(Control& control) {
   return control.TakesFocus() ? Reach(control) : Outcome::NotTaken;
 }
@@ -133,6 +144,18 @@ Outcome UserActions::Press(int keyCode, bool shift) {
           (focus->Kind() == ControlKind::Button || focus->Kind() == ControlKind::CheckBox ||
            focus->Kind() == ControlKind::OptionButton)) {
         return Click(*focus);
+      }
+      if (focus != nullptr && focus->Kind() == ControlKind::ExtLabel) {
+        auto& label = static_cast<ExtLabel&>(*focus);
+        return ClickHotSpot(label, label.CurrentHotSpot());
+      }
+      break;
+    case KeyHome:
+    case KeyEnd:
+      if (focus != nullptr && focus->Kind() == ControlKind::ExtLabel) {
+        auto& label = static_cast<ExtLabel&>(*focus);
+        label.SetCurrentHotSpot(keyCode == KeyHome ? 0 : label.Text().HotSpotCount() - 1);
+        return Outcome::Done;
       }
       break;
     case KeyLeft:
@@ -165,6 +188,11 @@ Outcome UserActions::PressArrow(Control& control, int keyCode) {
       grid.SetCurrent(std::clamp(row, 1, grid.RowCount()), std::clamp(column, 0, grid.ColumnCount() - 1));
       return Outcome::Done;
     }
+    case ControlKind::ExtLabel: {
+      auto& label = static_cast<ExtLabel&>(control);
+      label.SetCurrentHotSpot(label.CurrentHotSpot() + step);
+      return Outcome::Done;
+    }
     case ControlKind::OptionButton: {
       const OptionGroup& group = static_cast<OptionButton&>(control).Group();
       const auto count = static_cast<std::ptrdiff_t>(group.size());
@@ -182,6 +210,9 @@ Outcome UserActions::PressArrow(Control& control, int keyCode) {
 }
 
 Outcome UserActions::Enter() {
+  if (auto* label = dynamic_cast<ExtLabel*>(form_.Focus())) {
+    return ClickHotSpot(*label, label->CurrentHotSpot());
+  }
   Button* const button = form_.EffectiveDefaultButton();
   return button == nullptr ? Outcome::NotTaken : PressButton(*button);  // the focus stays where it is
 }

@@ -12,6 +12,7 @@
 namespace vexa {
 
 class CheckBox;
+class ExtLabel;
 class Grid;
 class OptionButton;
 class Slider;
@@ -32,6 +33,8 @@ enum Key : int {
   KeyReturn = 13,
   KeyEscape = 27,
   KeySpace = 32,
+  KeyEnd = 35,
+  KeyHome = 36,
   KeyLeft = 37,
   KeyUp = 38,
   KeyRight = 39,
@@ -56,6 +59,10 @@ class UserActions {
   Outcome ClickNode(Tree& tree, Tree::Node node);
   Outcome CheckNode(Tree& tree, Tree::Node node, bool checked);
   Outcome Expand(Tree& tree, Tree::Node node, bool expanded);
+
+  /// A click on a word of a formatted label, and on one of its hot spots.
+  Outcome ClickWord(ExtLabel& label, size_t word, int button, int shift);
+  Outcome ClickHotSpot(ExtLabel& label, int32_t hotSpot);
 
   Outcome Focus(Control& control);
   /// Tab out of the control that has the focus, or back.

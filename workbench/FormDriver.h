@@ -55,6 +55,8 @@ class FormDriver {
   virtual Outcome ClickNode(const std::string& tree, Node node) = 0;
   virtual Outcome CheckNode(const std::string& tree, Node node, bool checked) = 0;
   virtual Outcome Expand(const std::string& tree, Node node, bool expanded) = 0;
+  /// `hotSpot` counts from 0.
+  virtual Outcome ClickHotSpot(const std::string& label, int32_t hotSpot) = 0;
   virtual Outcome Focus(const std::string& control) = 0;
   virtual Outcome Leave() = 0;
   virtual Outcome Press(int keyCode, bool shift) = 0;

@@ -140,6 +140,8 @@ std::string_view KindName(ControlKind kind) {
       return "frame";
     case ControlKind::Section:
       return "section";
+    case ControlKind::ExtLabel:
+      return "rich text";
   }
   return {};
 }

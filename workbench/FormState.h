@@ -24,7 +24,7 @@ struct NodeState {
 struct ControlState {
   std::string name;
   ControlKind kind = ControlKind::Label;
-  std::string text;  // caption, or what stands in a text box
+  std::string text;  // caption (of a formatted label with its tags), or what stands in a text box
   bool visible = true;
   bool enabled = true;
   bool focused = false;

@@ -12,6 +12,8 @@ Gallery::Gallery(const Services& services) : Dialog("Gallery"), services_(servic
   optOne.SetCaption("One");
   optTwo.SetCaption("Two");
   optThree.SetCaption("Three");
+  lblHot.SetCaption(
+      "[b] Bold, [i] both [i] [b] and [h] the first [h] or [h] the second [h] hot spot; [x] is no tag.");
   cmdBrowse.SetCaption("Browse...");
   cmdHidden.SetCaption("Hidden");
   cmdOk.SetCaption("OK");
@@ -47,6 +49,10 @@ Gallery::Gallery(const Services& services) : Dialog("Gallery"), services_(servic
   tvNodes.OnNodeCheck = [this](Tree::Node node) { Log("tvNodes_NodeCheck " + tvNodes.Key(node)); };
   tvNodes.OnNodeClick = [this](Tree::Node node) { Log("tvNodes_NodeClick " + tvNodes.Key(node)); };
   tvNodes.OnExpand = [this](Tree::Node node) { Log("tvNodes_Expand " + tvNodes.Key(node)); };
+  lblHot.OnClick = [this](const ExtLabel::WordClick& click) {
+    Log("lblHot_Click " + click.word + " " + std::to_string(click.index) + (click.isLink ? " link" : "") +
+        " button " + std::to_string(click.button) + " shift " + std::to_string(click.shift));
+  };
   cmdBrowse.OnClick = Handler(services_, *this, "cmdBrowse_Click", [this] {
     const auto folder = services_.desktop.BrowseForFolder("Which folder?", "C:\\");
     Log("cmdBrowse_Click " + folder.value_or("(cancelled)"));

@@ -7,6 +7,7 @@
 #include "dialogs/Screen.h"
 #include "display/Button.h"
 #include "display/CheckBox.h"
+#include "display/ExtLabel.h"
 #include "display/Frame.h"
 #include "display/Grid.h"
 #include "display/Label.h"
@@ -38,6 +39,7 @@ class Gallery final : public Dialog {
   Slider sldLevel{*this, "sldLevel", 0, 3};
   Grid gdRows{*this, "gdRows", 2};
   Tree tvNodes{*this, "tvNodes"};
+  ExtLabel lblHot{*this, "lblHot"};
   Button cmdBrowse{*this, "cmdBrowse"};
   Button cmdHidden{*this, "cmdHidden"};
   Button cmdOk{*this, "cmdOk"};

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "display/CheckBox.h"
+#include "display/ExtLabel.h"
 #include "display/Grid.h"
 #include "display/OptionButton.h"
 #include "display/Slider.h"
@@ -68,6 +69,9 @@ class ModelForm final : public FormDriver {
   }
   Outcome Expand(const std::string& tree, Node node, bool expanded) override {
     return user_.Expand(Find<Tree>(tree), ToTree(node), expanded);
+  }
+  Outcome ClickHotSpot(const std::string& label, int32_t hotSpot) override {
+    return user_.ClickHotSpot(Find<ExtLabel>(label), hotSpot);
   }
   Outcome Focus(const std::string& control) override { return user_.Focus(Find<Control>(control)); }
   Outcome Leave() override { return user_.Leave(); }

@@ -1,6 +1,7 @@
 // Commands that do what a user does to the open form, and show what the user sees.
 #include <array>
 
+#include "display/FormattedText.h"
 #include "workbench/Console.h"
 #include "workbench/FormState.h"
 #include "workbench/Names.h"
@@ -151,6 +152,16 @@ void SetExpanded(Console& console, const Words& words, bool expanded) {
 void Expand(Console& console, const Words& words) { SetExpanded(console, words, true); }
 void Collapse(Console& console, const Words& words) { SetExpanded(console, words, false); }
 
+void HotSpot(Console& console, const Words& words) {
+  const std::string label = FindControl(console, words[0], ControlKind::ExtLabel, "rich text");
+  const std::unique_ptr<FormDriver> form = console.TopForm();
+  const int32_t number = words.size() > 1 ? NumberWord(words[1], "the hot spot") : 1;
+  const int32_t count = FormattedText(form->StateOf(label).text).HotSpotCount();
+  if (count == 0) throw ScriptError(label + " has no hot spot");
+  if (number < 1 || number > count) throw ScriptError(label + " has hot spots 1 to " + std::to_string(count));
+  Report(console, label, form->ClickHotSpot(label, number - 1));
+}
+
 void Focus(Console& console, const Words& words) {
   const std::string control = console.FindControl(words[0]).name;
   Report(console, control, console.TopForm()->Focus(control));
@@ -210,6 +221,7 @@ constexpr auto Commands = std::to_array<Command>({
     {"select", "TREE NODE", "click a node, by its path", 2, 2, Select},
     {"expand", "TREE NODE", "expand a node", 2, 2, Expand},
     {"collapse", "TREE NODE", "collapse a node", 2, 2, Collapse},
+    {"hotspot", "LABEL [NUMBER]", "click a hot spot of a formatted label; the first is 1", 1, 2, HotSpot},
     {"focus", "CONTROL", "give a control the focus", 1, 1, Focus},
     {"leave", "[CONTROL]", "Tab out of the control that has the focus", 0, 1, Leave},
     {"enter", "", "press Enter", 0, 0, Enter},

@@ -26,6 +26,8 @@ ControlViewPtr MakeView(ViewHost& host, Control& control) {
       return MakeFrameView(host, static_cast<Frame&>(control));
     case ControlKind::Section:
       return MakeSectionView(host, static_cast<OptionsSection&>(control));
+    case ControlKind::ExtLabel:
+      break;
   }
   throw MakeError(ErrorNumber::InternalError);
 }

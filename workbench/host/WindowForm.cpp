@@ -414,6 +414,14 @@ Outcome WindowForm::Expand(const std::string& name, Node node, bool expanded) {
   return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMBUTTON));
 }
 
+Outcome WindowForm::ClickHotSpot(const std::string& name, int32_t hotSpot) {
+  const HWND label = Find(name);
+  if (const Outcome outcome = Reach(label); outcome != Outcome::Done) return outcome;
+  PressKey(label, VK_HOME);
+  for (int32_t passed = 0; passed < hotSpot; ++passed) PressKey(label, VK_RIGHT);
+  return PressKey(label, VK_SPACE);
+}
+
 Outcome WindowForm::Focus(const std::string& name) {
   const HWND control = Find(name);
   return TakesFocus(KindOf(control)) ? Reach(control) : Outcome::NotTaken;

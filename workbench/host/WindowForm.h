@@ -39,6 +39,7 @@ class WindowForm final : public FormDriver {
   Outcome ClickNode(const std::string& name, Node node) override;
   Outcome CheckNode(const std::string& name, Node node, bool checked) override;
   Outcome Expand(const std::string& name, Node node, bool expanded) override;
+  Outcome ClickHotSpot(const std::string& name, int32_t hotSpot) override;
   Outcome Focus(const std::string& name) override;
   Outcome Leave() override;
   Outcome Press(int keyCode, bool shift) override;
