@@ -2,23 +2,20 @@
 // desktop, modal windows, the add-in's objects, the error log.
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "core/JsonErrorLog.h"
 #include "page/OutlookPropertiesPage.h"
-#include "windows/com/Com.h"
 #include "windows/desktop/WindowsDesktop.h"
+#include "windows/views/WindowsModals.h"
 
 namespace vexa::windows {
 
 class HostedPage {
  public:
   using SiteSource = OutlookPropertiesPage::SiteSource;
-  /// Keeps the page alive while a modal dialog of it runs, whatever its container does meanwhile.
-  using KeepAlive = std::function<ComPtr<IUnknown>()>;
 
-  HostedPage(SiteSource site, KeepAlive keepAlive);
+  explicit HostedPage(SiteSource site);
 
   OutlookPropertiesPage& Page() { return page_; }
 
@@ -28,7 +25,7 @@ class HostedPage {
   Resources resources_;
   WindowsFileAppender files_;
   JsonErrorLog errorLog_;
-  std::unique_ptr<ModalWindows> windows_;
+  WindowsModals windows_;
   std::unique_ptr<AddinObjectFactory> objects_;
   Services services_;
   OutlookPropertiesPage page_;

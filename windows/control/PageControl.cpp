@@ -42,8 +42,7 @@ PageControl::PageControl()
     : pageInfo_(TypeInfoOf(1, __uuidof(IOutlookPropertiesPage))),
       propertyPageInfo_(TypeInfoOf(2, __uuidof(PropertyPage))),
       classInfo_(TypeInfoOf(1, CLSID_OutlookPropertiesPage)),
-      hosted_([this] { return Site(); },
-              [this] { return ComPtr<IUnknown>(static_cast<IOutlookPropertiesPage*>(this)); }) {}
+      hosted_([this] { return Site(); }) {}
 
 PageControl::~PageControl() {
   // Calls on sites and advise sinks from here on may ask for references; they must not destroy twice.

@@ -24,9 +24,12 @@ HRESULT PageControl::Activate(bool takeFocus) {
     outcome =
         inPlaceSite_->GetWindowContext(frame_.Receive(), uiWindow_.Receive(), &position, &clip, &frameInfo);
     if (SUCCEEDED(outcome)) {
-      const HRESULT made =
-          Guarded(IID_IOleObject, [&] { window_ = std::make_unique<PageWindow>(Page(), parent, position); });
-      outcome = made;
+      // What the user does in the window may end with the container letting go of the control.
+      const auto keepAlive = [this] {
+        return std::make_shared<ComPtr<IUnknown>>(static_cast<IOutlookPropertiesPage*>(this));
+      };
+      outcome = Guarded(IID_IOleObject,
+                        [&] { window_ = std::make_unique<PageWindow>(Page(), parent, position, keepAlive); });
     }
     if (FAILED(outcome)) {
       Deactivate();

@@ -121,8 +121,10 @@ STDMETHODIMP PageControl::GetExtent(DWORD aspect, SIZEL* size) {
   if (size == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   return Call(IID_IOleObject, [&] {
-    if (extent_.cx == 0 && extent_.cy == 0)
-      extent_ = ScreenResolution().ToHimetric(PageWindow::PreferredSize(Page()));
+    if (extent_.cx == 0 && extent_.cy == 0) {
+      extent_ = ScreenResolution().ToHimetric(IsInPlaceActive() ? window_->PreferredSize()
+                                                                : PageWindow::PreferredSize(Page()));
+    }
     *size = extent_;
   });
 }

@@ -4,18 +4,21 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 
 #include "display/Form.h"
+#include "windows/views/FormWindow.h"
 
 namespace vexa::windows {
 
-enum class KeyOutcome { NotTaken, Taken, LeavesForward, LeavesBackward };
-
 class PageWindow {
  public:
-  /// `position` in the parent's client coordinates. An Error when the window cannot be made.
-  PageWindow(Form& form, HWND parent, const RECT& position);
+  using KeepAlive = std::function<std::shared_ptr<void>()>;
+
+  /// `position` in the parent's client coordinates. What `keepAlive` hands out is held while anything runs
+  /// in the window. An Error when the window cannot be made.
+  PageWindow(Form& form, HWND parent, const RECT& position, KeepAlive keepAlive);
   PageWindow(const PageWindow&) = delete;
   PageWindow& operator=(const PageWindow&) = delete;
   ~PageWindow();
@@ -28,12 +31,12 @@ class PageWindow {
   KeyOutcome Translate(const MSG& message);
   bool PressMnemonic(const MSG& message);
 
-  /// The size that the page would like to have, in pixels.
+  /// The size that the page would like to have, in pixels: in this window, and before there is one.
+  SIZE PreferredSize() const;
   static SIZE PreferredSize(Form& form);
 
  private:
-  class Impl;
-  std::unique_ptr<Impl> impl_;
+  std::shared_ptr<FormWindow> window_;
 };
 
 }  // namespace vexa::windows

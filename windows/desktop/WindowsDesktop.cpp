@@ -5,6 +5,7 @@
 
 #include "core/Error.h"
 #include "windows/com/Text.h"
+#include "windows/desktop/FocusKeeper.h"
 
 namespace vexa::windows {
 namespace {
@@ -83,6 +84,7 @@ class FileHandle {
 
 MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, MessageButtons buttons,
                                    const std::string& title) {
+  const FocusKeeper focus;
   const int pressed = MessageBoxW(GetActiveWindow(), ToUtf16(text).c_str(), ToUtf16(title).c_str(),
                                   IconStyle(icon) | ButtonStyle(buttons));
   switch (pressed) {
@@ -115,6 +117,7 @@ std::optional<std::string> WindowsDesktop::BrowseForFolder(const std::string& pr
   info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
   info.lpfn = SelectStartFolder;
   info.lParam = reinterpret_cast<LPARAM>(start.c_str());
+  const FocusKeeper focus;
   const ItemList chosen(SHBrowseForFolderW(&info));
   if (chosen.Get() == nullptr) return std::nullopt;
   std::wstring path(MAX_PATH, L'\0');
@@ -123,14 +126,19 @@ std::optional<std::string> WindowsDesktop::BrowseForFolder(const std::string& pr
   return ToUtf8(path);
 }
 
-ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(module), language_(language) {
+ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(module) {
   constexpr LANGID english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
   const auto has = [&](LANGID candidate) {
     return FindResourceExW(module_, MAKEINTRESOURCEW(6) /* RT_STRING */, MAKEINTRESOURCEW(1), candidate) !=
            nullptr;
   };
-  if (has(language)) return;
   language_ = english;
+  // A neutral language would be taken for the user's by the look-up.
+  if (PRIMARYLANGID(language) == LANG_NEUTRAL) return;
+  if (has(language)) {
+    language_ = language;
+    return;
+  }
   for (WORD sublanguage = 1; sublanguage < 64; ++sublanguage) {
     const LANGID related = MAKELANGID(PRIMARYLANGID(language), sublanguage);
     if (has(related)) {

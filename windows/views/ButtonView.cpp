@@ -27,8 +27,8 @@ class ButtonView final : public ControlView {
       drawnDefault_ = isDefault;
       Send(Window(), BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
     }
-    HICON icon = button_.Picture().kind == Picture::Kind::Icon ? host_.Icons().Find(button_.Picture().id)
-                                                               : nullptr;
+    HICON icon =
+        button_.Picture().kind == Picture::Kind::Icon ? host_.Icons().Find(button_.Picture().id) : nullptr;
     if (icon != icon_) {
       icon_ = icon;
       Send(Window(), BM_SETIMAGE, IMAGE_ICON, icon);

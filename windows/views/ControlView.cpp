@@ -45,8 +45,8 @@ void ControlView::Create(const wchar_t* windowClass, DWORD style, DWORD extended
                            "CreateWindowExW");
   }
   shownText_ = WindowText();
-  window_ = Verified(CreateWindowExW(extendedStyle, windowClass, shownText_.c_str(), WS_CHILD | style, 0, 0, 0,
-                                     0, host_.Window(), nullptr, host_.Module(), nullptr),
+  window_ = Verified(CreateWindowExW(extendedStyle, windowClass, shownText_.c_str(), WS_CHILD | style, 0, 0,
+                                     0, 0, host_.Window(), nullptr, host_.Module(), nullptr),
                      "CreateWindowExW");
   Verified(SetWindowSubclass(window_, Procedure, SubclassId, reinterpret_cast<DWORD_PTR>(this)),
            "SetWindowSubclass");
@@ -59,11 +59,19 @@ void ControlView::Create(const wchar_t* windowClass, DWORD style, DWORD extended
 
 ControlView::~ControlView() {
   if (window_ == nullptr) return;
+  if (hiddenName_ != nullptr) DestroyWindow(hiddenName_);
+  const HWND window = window_;
+  Forget();
+  DestroyWindow(window);
+}
+
+/// The container may destroy the windows before the view goes.
+void ControlView::Forget() {
   RemovePropW(window_, L"VexaControlName");
   RemovePropW(window_, L"VexaPicture");
   RemoveWindowSubclass(window_, Procedure, SubclassId);
-  DestroyWindow(window_);
-  if (hiddenName_ != nullptr) DestroyWindow(hiddenName_);
+  window_ = nullptr;
+  hiddenName_ = nullptr;
 }
 
 std::wstring ControlView::AccessibleName() const {
@@ -72,6 +80,7 @@ std::wstring ControlView::AccessibleName() const {
 }
 
 void ControlView::Sync() {
+  if (window_ == nullptr) return;
   // A hidden window cannot be used anyway; whether it is disabled shows once it is seen.
   const bool enabled = control_.IsUsable() || (!control_.IsShown() && control_.Enabled());
   if ((IsWindowEnabled(window_) != FALSE) != enabled) EnableWindow(window_, enabled ? TRUE : FALSE);
@@ -107,8 +116,8 @@ bool ControlView::KeyDown(int key) {
     case VK_SHIFT:
     case VK_CONTROL:
     case VK_MENU:
-    case VK_SPACE:   // the window shows how it goes down, and says when it was pressed
-    case VK_TAB:     // these three belong to whoever runs the message loop
+    case VK_SPACE:  // the window shows how it goes down, and says when it was pressed
+    case VK_TAB:    // these three belong to whoever runs the message loop
     case VK_RETURN:
     case VK_ESCAPE:
       return false;
@@ -145,11 +154,12 @@ LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT CALLBACK ControlView::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR /*id*/, DWORD_PTR view) {
   auto& self = *reinterpret_cast<ControlView*>(view);
+  const std::shared_ptr<void> keep = self.host_.KeepAlive();
   LRESULT result = 0;
   bool taken = false;
   self.host_.Guard([&] { taken = self.Intercept(message, wParam, lParam, result); });
   if (taken) return result;
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, Procedure, SubclassId);
+  if (message == WM_NCDESTROY) self.Forget();
   result = DefSubclassProc(window, message, wParam, lParam);
   if (message == WM_SETFOCUS) self.host_.Guard([&] { self.FocusArrived(); });
   return result;

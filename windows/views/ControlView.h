@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "display/Form.h"
@@ -39,6 +40,8 @@ class ViewHost {
   virtual void SettleFocus() = 0;
   /// Runs what a window procedure has to do; no exception comes out.
   virtual void Guard(const std::function<void()>& body) noexcept = 0;
+  /// Keeps the form and its windows for as long as the result is held: what a message starts may end both.
+  virtual std::shared_ptr<void> KeepAlive() = 0;
 };
 
 class ControlView : public Measured {
@@ -88,6 +91,7 @@ class ControlView : public Measured {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                     DWORD_PTR view);
   void FocusArrived();
+  void Forget();
 
   Control& control_;
   HWND window_ = nullptr;

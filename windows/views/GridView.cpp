@@ -214,7 +214,7 @@ class GridView final : public ControlView {
         return GetFocus() == Window() ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
       case CDDS_ITEMPREPAINT:
         return static_cast<int>(draw.nmcd.dwItemSpec) == grid_.CurrentRow() - 1 ? CDRF_NOTIFYPOSTPAINT
-                                                                               : CDRF_DODEFAULT;
+                                                                                : CDRF_DODEFAULT;
       case CDDS_ITEMPOSTPAINT:
         MarkCurrentCell(draw.nmcd.hdc);
         return CDRF_DODEFAULT;

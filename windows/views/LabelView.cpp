@@ -12,9 +12,7 @@ class LabelView final : public ControlView {
   }
 
   int MinWidth() const override { return host_.Face().WidthOf(ToUtf16(Shown().Caption())); }
-  int HeightFor(int width) const override {
-    return host_.Face().HeightOf(ToUtf16(Shown().Caption()), width);
-  }
+  int HeightFor(int width) const override { return host_.Face().HeightOf(ToUtf16(Shown().Caption()), width); }
 };
 
 }  // namespace

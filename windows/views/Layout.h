@@ -16,16 +16,16 @@ struct Box {
   Kind kind = Kind::Filler;
   std::string_view control{};  // of a control, or of the frame around the one child
   std::vector<Box> children{};
-  bool growsWide = false;      // takes what a row has left over
-  bool growsHigh = false;      // takes what a column has left over
-  bool fillsRow = false;       // as high as its row, instead of centred in it
-  bool prose = false;          // a paragraph: wrapped, and no name of the field behind it
-  bool equalWidths = false;    // a row whose children are all as wide as the widest
-  int indent = 0;              // from the left
-  int gap = -1;                // to the box before; -1 is the distance of related controls
-  int width = 0;               // at least
-  int lines = 0;               // exactly so many lines of text high; 0: what the content needs
-  int32_t picture = 0;         // icon of a control whose form gives it none
+  bool growsWide = false;    // takes what a row has left over
+  bool growsHigh = false;    // takes what a column has left over
+  bool fillsRow = false;     // as high as its row, instead of centred in it
+  bool prose = false;        // a paragraph: wrapped, and no name of the field behind it
+  bool equalWidths = false;  // a row whose children are all as wide as the widest
+  int indent = 0;            // from the left
+  int gap = -1;              // to the box before; -1 is the distance of related controls
+  int width = 0;             // at least
+  int lines = 0;             // exactly so many lines of text high; 0: what the content needs
+  int32_t picture = 0;       // icon of a control whose form gives it none
 
   Box&& Wide() && { return growsWide = true, std::move(*this); }
   Box&& High() && { return growsHigh = true, std::move(*this); }
@@ -40,9 +40,9 @@ struct Box {
 
 struct Layout {
   std::string_view form;
-  int width;         // of the content, at least; texts may need more
-  int height;        // of the content, at least; 0: what the content needs
-  int margin;        // around the content
+  int width;   // of the content, at least; texts may need more
+  int height;  // of the content, at least; 0: what the content needs
+  int margin;  // around the content
   Box content;
 };
 
@@ -68,9 +68,7 @@ inline Box Column(std::vector<Box> children) {
   return Box{.kind = Box::Kind::Column, .children = std::move(children)};
 }
 /// Rows whose cells stand in common columns; the cells of the first row say which columns grow.
-inline Box Table(std::vector<Box> rows) {
-  return Box{.kind = Box::Kind::Table, .children = std::move(rows)};
-}
+inline Box Table(std::vector<Box> rows) { return Box{.kind = Box::Kind::Table, .children = std::move(rows)}; }
 inline Box Framed(std::string_view frame, Box content) {
   std::vector<Box> children;
   children.push_back(std::move(content));

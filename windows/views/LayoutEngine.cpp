@@ -64,9 +64,8 @@ bool LayoutEngine::IsShown(const Box& box) const {
       return control != nullptr && control->TakesRoom();
     }
     default:
-      return std::ranges::any_of(box.children, [&](const Box& child) {
-        return child.kind != Box::Kind::Filler && IsShown(child);
-      });
+      return std::ranges::any_of(
+          box.children, [&](const Box& child) { return child.kind != Box::Kind::Filler && IsShown(child); });
   }
 }
 

@@ -28,7 +28,6 @@ class TextBoxView final : public ControlView {
       shown_ = wanted;
       Verified(SetWindowTextW(Window(), shown_.c_str()), "SetWindowTextW");
     }
-    if (box_.AllSelected()) SelectContent();
   }
 
   void SelectContent() override { Send(Window(), EM_SETSEL, 0, -1); }

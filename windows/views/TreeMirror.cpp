@@ -91,8 +91,13 @@ TreeMirror::Item TreeMirror::Insert(Tree::Node node, HTREEITEM parent, HTREEITEM
   insert.item.stateMask = TVIS_STATEIMAGEMASK;
   insert.item.state = tree_.Checked(node) ? StateOn : StateOff;
   const auto handle = reinterpret_cast<HTREEITEM>(Send(window_, TVM_INSERTITEMW, 0, &insert));
-  return {node,  Verified(handle, "TVM_INSERTITEM"), tree_.Checked(node), false, tree_.Text(node),
-          tree_.Image(node), {}};
+  return {node,
+          Verified(handle, "TVM_INSERTITEM"),
+          tree_.Checked(node),
+          false,
+          tree_.Text(node),
+          tree_.Image(node),
+          {}};
 }
 
 void TreeMirror::SyncState(Item& item) {

@@ -16,8 +16,8 @@ constexpr UINT SyncMessage = WM_APP + 1;
 class TreeView final : public ControlView {
  public:
   TreeView(ViewHost& host, Tree& tree) : ControlView(host, tree), tree_(tree) {
-    constexpr DWORD style = TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
-                            TVS_DISABLEDRAGDROP;
+    constexpr DWORD style =
+        TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_DISABLEDRAGDROP;
     Create(WC_TREEVIEWW, style | WS_TABSTOP, WS_EX_CLIENTEDGE);
     // Set on creation, the style makes check boxes that cannot be set before the window is seen.
     SetWindowLongPtrW(Window(), GWL_STYLE, GetWindowLongPtrW(Window(), GWL_STYLE) | TVS_CHECKBOXES);
