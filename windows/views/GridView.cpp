@@ -10,6 +10,7 @@
 namespace vexa::windows {
 namespace {
 
+constexpr const wchar_t* ColumnProperty = L"VexaColumn";
 constexpr int CellPadding = 14;  // both sides of a text together, at 96 dpi
 constexpr int RowPadding = 4;
 constexpr int HeaderPadding = 11;
@@ -35,6 +36,7 @@ class GridView final : public ControlView {
     }
     GridView::Sync();
   }
+  ~GridView() override { RemovePropW(Window(), ColumnProperty); }
 
   void Sync() override {
     ControlView::Sync();
@@ -152,6 +154,9 @@ class GridView final : public ControlView {
   }
 
   void ShowCurrent() {
+    // The list has no current column: it is drawn here, and those who drive the window read this.
+    Verified(SetPropW(Window(), ColumnProperty, reinterpret_cast<HANDLE>(INT_PTR{grid_.CurrentColumn()})),
+             "SetPropW");
     const int wanted = grid_.CurrentRow() - 1;
     const int shown = static_cast<int>(Send(Window(), LVM_GETNEXTITEM, -1, LVNI_SELECTED));
     if (shown == wanted) return;

@@ -162,7 +162,7 @@ void ReadGrid(HWND grid, ControlState& state) {
     state.rows.push_back(std::move(texts));
   }
   state.currentRow = static_cast<int32_t>(Send(grid, LVM_GETNEXTITEM, -1, LVNI_FOCUSED)) + 1;
-  state.currentColumn = static_cast<int32_t>(Send(grid, LVM_GETSELECTEDCOLUMN));
+  state.currentColumn = static_cast<int32_t>(reinterpret_cast<INT_PTR>(GetPropW(grid, L"VexaColumn")));
 }
 
 }  // namespace
