@@ -15,6 +15,9 @@ class Desktop : public MessageBoxes, public DocumentShell {
   /// the user cancels. An error when the dialog cannot be created.
   virtual std::optional<std::string> BrowseForFolder(const std::string& prompt,
                                                      const std::string& startFolder) = 0;
+
+  /// `text` in lower case, all letters, not only those of ASCII.
+  virtual std::string LowerCase(const std::string& text) = 0;
 };
 
 }  // namespace vexa

@@ -21,16 +21,24 @@ struct Services {
   ErrorLog& errorLog;
 };
 
-/// The options page, as the dialogs opened from it see it.
-class OptionsPage {
+/// Whoever opened a dialog and wants to hear that it changed something.
+class DialogParent {
  public:
-  OptionsPage() = default;
-  OptionsPage(const OptionsPage&) = delete;
-  OptionsPage& operator=(const OptionsPage&) = delete;
-  virtual ~OptionsPage() = default;
+  DialogParent() = default;
+  DialogParent(const DialogParent&) = delete;
+  DialogParent& operator=(const DialogParent&) = delete;
+  virtual ~DialogParent() = default;
 
-  /// Marks the page as changed and tells its host.
+  /// Marks the parent as changed.
   virtual void SetDirty() = 0;
+};
+
+/// The options page, as the dialogs opened from it see it. Its SetDirty tells the page's host as well.
+class OptionsPage : public DialogParent {
+ public:
+  /// A search of all monitored folders that waits for Apply, and whether it stops at scanned items.
+  bool SearchNowPending = false;
+  bool SearchStopAtScanned = false;
 };
 
 /// An event handler at the top of a user action: runs `body`, shows and logs its error under the form's name

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dialogs/frmAbout.h"
+#include "dialogs/frmTrackingOptions.h"
 
 namespace vexa {
 namespace {
@@ -26,7 +27,6 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   cmdIDEApply.SetVisible(false);
   cmdChange.SetEnabled(false);
   cmdRemove.SetEnabled(false);
-  cmdTracking.SetEnabled(false);
   cmdAdvanced.SetEnabled(false);
   SetDefaultButton(cmdAdd);
   FocusFirst();
@@ -37,6 +37,7 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   on(cmdAdd.OnClick, "cmdAdd_Click", &OutlookPropertiesPage::AddFolderSet);
   on(cmdChange.OnClick, "cmdChange_Click", &OutlookPropertiesPage::ChangeFolderSet);
   on(cmdRemove.OnClick, "cmdRemove_Click", &OutlookPropertiesPage::RemoveFolderSet);
+  on(cmdTracking.OnClick, "cmdTracking_Click", &OutlookPropertiesPage::ShowTrackingOptions);
   on(cmdAbout.OnClick, "cmdAbout_Click", &OutlookPropertiesPage::ShowAbout);
   on(cmdRestoreDialogs.OnClick, "cmdRestoreDialogs_Click", &OutlookPropertiesPage::RestoreHiddenDialogs);
   gd.OnSelChange = [this] { UpdateDefaultButton(); };
@@ -154,6 +155,13 @@ void OutlookPropertiesPage::KeyDown(int keyCode) {
 
 std::string OutlookPropertiesPage::ErrorLogPath() {
   return settings_ == nullptr ? std::string() : settings_->GetErrorLogPath();
+}
+
+void OutlookPropertiesPage::ShowTrackingOptions() {
+  frmTrackingOptions tracking(services_);
+  tracking.Initialize(addinApp_, settings_, *this);
+  services_.windows.ShowModal(tracking, nullptr);
+  SetDirty();  // whatever came of it
 }
 
 void OutlookPropertiesPage::ShowAbout() {

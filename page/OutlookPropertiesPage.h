@@ -53,10 +53,6 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   /// Where the working copy says that the error log lies; empty without a working copy.
   std::string ErrorLogPath();
 
-  /// A search of all monitored folders that waits for Apply, and whether it stops at scanned items.
-  bool SearchNowPending = false;
-  bool SearchStopAtScanned = false;
-
   OptionsSection opsTrackedContacts{*this, "opsTrackedContacts", StringId::TrackedContacts, 2008};
   Label lblTrackedContacts{*this, "lblTrackedContacts", StringId::TrackedContactsHelp};
   Grid gd{*this, "gd", 3};
@@ -91,6 +87,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   void ChangeFolderSet();
   void RemoveFolderSet();
 
+  void ShowTrackingOptions();
   void ShowAbout();
   void RestoreHiddenDialogs();
   void ShowHelp();

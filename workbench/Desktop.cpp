@@ -1,4 +1,5 @@
 // The desktop of the workbench: what the system's own dialogs show, and what its user answers.
+#include "workbench/LowerCase.h"
 #include "workbench/Workbench.h"
 
 namespace vexa::workbench {
@@ -65,6 +66,8 @@ class WorkbenchDesktop final : public Desktop {
     if (answer.kind == BrowseAnswer::Kind::Cancelled) return std::nullopt;
     return std::move(answer.folder);
   }
+
+  std::string LowerCase(const std::string& text) override { return workbench::LowerCase(text); }
 
  private:
   Workbench& workbench_;

@@ -107,6 +107,7 @@ struct FolderRecord {
   std::string parent;
   int32_t itemType = 0;
   bool unreadable = false;
+  bool excluded = false;
   int line = 0;
 };
 
@@ -118,6 +119,7 @@ FolderRecord ReadFolder(const JsonNode& node) {
   reader.Optional("parent", folder.parent);
   reader.Optional("itemType", folder.itemType);
   reader.Optional("unreadable", folder.unreadable);
+  reader.Optional("excluded", folder.excluded);
   reader.RefuseUnknown("member of a folder");
   if (folder.entryID.empty()) Refuse(node.line, "a folder's \"entryID\" must not be empty");
   folder.line = node.line;
@@ -191,6 +193,7 @@ class StoreBuilder {
     if (folder == NoFolder)
       Refuse(from.line, "entry id " + Quoted(from.entryID) + " is used twice in the store");
     world_.At(folder).unreadable = from.unreadable;
+    world_.At(folder).excluded = from.excluded;
     return folder;
   }
 

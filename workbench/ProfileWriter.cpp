@@ -45,6 +45,7 @@ std::string FolderLine(const World& world, const FolderNode& folder) {
   if (folder.parent != NoFolder) json["parent"] = world.At(folder.parent).entryID;
   json["itemType"] = static_cast<int32_t>(folder.itemType);
   if (folder.unreadable) json["unreadable"] = true;
+  if (folder.excluded) json["excluded"] = true;
   return JsonText(json);
 }
 
@@ -122,6 +123,7 @@ void MergeWorld(Profile& profile, const Profile& other) {
     placed.push_back(
         to.AddFolder(stores[folder.store], parent, folder.name, folder.entryID, folder.itemType));
     to.At(placed.back()).unreadable = folder.unreadable;
+    to.At(placed.back()).excluded = folder.excluded;
     to.At(placed.back()).deleted = folder.deleted;
   }
   for (const auto& [number, folder] : from.defaultFolders) to.defaultFolders.emplace(number, placed[folder]);

@@ -16,67 +16,6 @@ class WorkbenchSite final : public PropertyPageSite {
   CallLog& calls_;
 };
 
-/// One item of a monitored-folder selection. Item type n, by the number of its text, is the bit
-/// 2^(n − 135); setting the mail defaults marks mail and meeting items.
-class WorkbenchMonitoredFolder final : public MonitoredFolder {
- public:
-  std::string GetEntryID() override { return entryID_; }
-  void LetEntryID(const std::string& value) override { entryID_ = value; }
-  std::string GetStoreID() override { return storeID_; }
-  void LetStoreID(const std::string& value) override { storeID_ = value; }
-  int32_t GetItemTypes() override { return itemTypes_; }
-  void LetItemTypes(int32_t value) override { itemTypes_ = value; }
-  void SetMailDefaults(bool flag) override {
-    constexpr int16_t mailItems = 140;
-    constexpr int16_t meetingItems = 141;
-    LetFlag(MaskFromResId(mailItems) | MaskFromResId(meetingItems), flag);
-  }
-  bool GetFlag(int32_t mask) override { return (itemTypes_ & mask) == mask; }
-  void LetFlag(int32_t mask, bool value) override {
-    itemTypes_ = value ? itemTypes_ | mask : itemTypes_ & ~mask;
-  }
-  int32_t MaskFromResId(int16_t resId) override {
-    if (resId < FirstItemType || resId > LastItemType) throw MakeError(ErrorNumber::InvalidProcedureCall);
-    return 1 << (resId - FirstItemType);
-  }
-  int16_t ResIdFromMask(int32_t mask) override {
-    for (int16_t resId = FirstItemType; resId <= LastItemType; ++resId) {
-      if (mask == MaskFromResId(resId)) return resId;
-    }
-    throw MakeError(ErrorNumber::InvalidProcedureCall);
-  }
-  int32_t MaskFromOlItemType(ItemType itemType) override {
-    switch (itemType) {
-      case ItemType::Mail:
-        return MaskFromResId(140);
-      case ItemType::Appointment:
-        return MaskFromResId(135);
-      case ItemType::Contact:
-        return MaskFromResId(136);
-      case ItemType::Task:
-        return MaskFromResId(146);
-      case ItemType::Journal:
-        return MaskFromResId(139);
-      case ItemType::Note:
-        return MaskFromResId(142);
-      case ItemType::Post:
-        return MaskFromResId(143);
-      case ItemType::DistributionList:
-        return MaskFromResId(137);
-    }
-    throw MakeError(ErrorNumber::InvalidProcedureCall);
-  }
-  bool Excluded() override { return false; }
-
- private:
-  static constexpr int16_t FirstItemType = 135;
-  static constexpr int16_t LastItemType = 150;
-
-  std::string entryID_;
-  std::string storeID_;
-  int32_t itemTypes_ = 0;
-};
-
 }  // namespace
 
 class Workbench::ObjectFactory final : public AddinObjectFactory {
@@ -90,7 +29,8 @@ class Workbench::ObjectFactory final : public AddinObjectFactory {
     return settings;
   }
   std::shared_ptr<MonitoredFolder> CreateMonitoredFolder() override {
-    return std::make_shared<WorkbenchMonitoredFolder>();
+    workbench_.Calls().Enter("New MonitoredFolder", CallLog::Kind::Action);
+    return MakeMonitoredFolder(workbench_);
   }
 
   std::weak_ptr<WorkbenchSettings> newest;

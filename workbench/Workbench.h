@@ -93,5 +93,6 @@ std::string_view AnswerWord(MessageAnswer answer);
 AddinAppRef MakeAddin(Workbench& workbench);
 NameSpaceRef MakeSession(Workbench& workbench);
 std::unique_ptr<Desktop> MakeDesktop(Workbench& workbench);
+std::shared_ptr<MonitoredFolder> MakeMonitoredFolder(Workbench& workbench);
 
 }  // namespace vexa::workbench

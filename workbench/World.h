@@ -28,6 +28,7 @@ struct FolderNode {
   FolderIndex parent = NoFolder;  // NoFolder: the root folder of its store
   std::vector<FolderIndex> children;
   bool unreadable = false;  // its EntryID cannot be read (no access)
+  bool excluded = false;    // the add-in keeps its record out of the stored lists
   bool deleted = false;     // gone, with everything below it
 };
 

@@ -135,6 +135,11 @@ void Unreadable(Console& console, const Words& words) {
       SwitchWord(words[1], "unreadable");
 }
 
+void Excluded(Console& console, const Words& words) {
+  console.Stage().workbench.profile.world.At(FindFolder(console, words[0])).excluded =
+      SwitchWord(words[1], "excluded");
+}
+
 void ListFolders(Console& console, const Words& words) {
   const World& world = console.Stage().workbench.profile.world;
   const auto print = [&](FolderIndex folder) {
@@ -144,6 +149,7 @@ void ListFolders(Console& console, const Words& words) {
     const size_t below = world.ChildrenOf(folder).size();
     if (below > 0) console.Out() << ", " << below << (below == 1 ? " subfolder" : " subfolders");
     if (node.unreadable) console.Out() << ", unreadable";
+    if (node.excluded) console.Out() << ", excluded";
     console.Out() << "\n";
   };
   if (words.empty()) {
@@ -212,6 +218,8 @@ constexpr auto Commands = std::to_array<Command>({
     {"folders", "[PATH]", "list the stores, or the folders in a folder", 0, 1, ListFolders},
     {"delete", "PATH", "delete a folder and everything in it", 1, 1, Delete},
     {"unreadable", "PATH on|off", "make a folder's EntryID unreadable", 2, 2, Unreadable},
+    {"excluded", "PATH on|off", "let the add-in exclude a folder's record when it is monitored", 2, 2,
+     Excluded},
     {"fail", "MEMBER N NUMBER TEXT [SOURCE]", "let the n-th call of a member from now fail", 4, 5,
      FailMember},
     {"trace", "[clear | reads on|off]", "print the outside calls since the last clear", 0, 2, Trace},

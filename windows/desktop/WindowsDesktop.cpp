@@ -40,8 +40,8 @@ UINT ButtonStyle(MessageButtons buttons) {
   return MB_OK;
 }
 
-/// Error 5 for a system dialog that could not be shown, with the system's reason.
-[[noreturn]] void ThrowNotShown() {
+/// Error 5 for what the system did not do, with its reason.
+[[noreturn]] void ThrowRefused() {
   Error error = MakeError(ErrorNumber::InvalidProcedureCall);
   error.LastDLLError = static_cast<int32_t>(GetLastError());
   throw error;
@@ -97,7 +97,7 @@ MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, Me
     case IDNO:
       return MessageAnswer::No;
     default:
-      ThrowNotShown();
+      ThrowRefused();
   }
 }
 
@@ -121,9 +121,21 @@ std::optional<std::string> WindowsDesktop::BrowseForFolder(const std::string& pr
   const ItemList chosen(SHBrowseForFolderW(&info));
   if (chosen.Get() == nullptr) return std::nullopt;
   std::wstring path(MAX_PATH, L'\0');
-  if (SHGetPathFromIDListW(chosen.Get(), path.data()) == FALSE) ThrowNotShown();
+  if (SHGetPathFromIDListW(chosen.Get(), path.data()) == FALSE) ThrowRefused();
   path.resize(wcslen(path.c_str()));
   return ToUtf8(path);
+}
+
+std::string WindowsDesktop::LowerCase(const std::string& text) {
+  const std::wstring source = ToUtf16(text);
+  if (source.empty()) return {};
+  const auto length = static_cast<int>(source.size());
+  std::wstring lower(source.size(), L'\0');  // simple mappings: as long as the text
+  if (LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_LOWERCASE, source.c_str(), length, lower.data(), length,
+                    nullptr, nullptr, 0) == 0) {
+    ThrowRefused();
+  }
+  return ToUtf8(lower);
 }
 
 ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(module) {

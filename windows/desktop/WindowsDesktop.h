@@ -21,6 +21,7 @@ class WindowsDesktop final : public Desktop {
   int32_t ShellExecuteOpen(const std::string& path) override;
   std::optional<std::string> BrowseForFolder(const std::string& prompt,
                                              const std::string& startFolder) override;
+  std::string LowerCase(const std::string& text) override;
 };
 
 /// The string tables, icons and cursors of a module. Texts come in the given language when the module has
