@@ -17,6 +17,11 @@ Outcome Usability(const Control& control) {
   return control.IsUsable() ? Outcome::Done : Outcome::Disabled;
 }
 
+bool IsBelow(const Tree& tree, Tree::Node node, Tree::Node ancestor) {
+  while (node != Tree::NoNode && node != ancestor) node = tree.Parent(node);
+  return node != Tree::NoNode;
+}
+
 }  // namespace
 
 Outcome UserActions::Reach(Control& control) {
@@ -104,6 +109,8 @@ Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
   if (outcome != Outcome::Done || tree.Expanded(node) == expanded) return outcome;
   if (expanded && tree.OnExpand) tree.OnExpand(node);
   tree.SetExpanded(node, expanded);
+  // A closed branch does not hide the selection: it goes up to the branch, as by a click.
+  if (!expanded && IsBelow(tree, tree.Selected(), node)) return ClickNode(tree, node);
   return outcome;
 }
 

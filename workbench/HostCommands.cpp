@@ -125,6 +125,8 @@ void Answer(Console& console, const Words& words) {
 
 void OpenGallery(Console& console, const Words&) { console.Host().OpenGallery(); }
 
+void Screenshot(Console& console, const Words& words) { console.Host().TakePicture(words[0]); }
+
 void Hosts(Console& console, const Words& words) {
   const bool consoleOnly = SameName(words[0], "console");
   if (!consoleOnly && !SameName(words[0], "all")) {
@@ -183,6 +185,7 @@ constexpr auto Commands = std::to_array<Command>({
     {"answer", "pick|message|browse|shell ANSWER",
      "queue an answer: PATH|cancel, ok|cancel|yes|no, FOLDER|cancel|fail, CODE", 2, 2, Answer},
     {"gallery", "", "open a form that has every kind of control", 0, 0, OpenGallery},
+    {"screenshot", "FILE", "write a bitmap of the top form's window", 1, 1, Screenshot},
     {"hosts", "console|all", "what follows is for consoles without windows only, or for all", 1, 1, Hosts},
     {"say", "WORD...", "print the words", 0, AnyNumber, Say},
     {"help", "[COMMAND]", "list the commands", 0, 1, Help},

@@ -51,6 +51,8 @@ class HostDriver {
 
   /// Opens a form that has every kind of control.
   virtual void OpenGallery() = 0;
+  /// Writes a bitmap of the top form's window; ScriptError where there are no windows.
+  virtual void TakePicture(const std::string& file) = 0;
   /// Shows Outlook's folder picker to whoever answers.
   virtual std::optional<FolderIndex> PickFolder() = 0;
 };

@@ -131,6 +131,9 @@ class ModelDriver final : public HostDriver {
     Gallery gallery(stage_.services);
     console_.ShowModal(gallery, nullptr);
   }
+  void TakePicture(const std::string& /*file*/) override {
+    throw ScriptError("a console without windows takes no pictures");
+  }
   std::optional<FolderIndex> PickFolder() override { return console_.AnswerPick(); }
 
  private:

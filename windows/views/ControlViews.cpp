@@ -27,7 +27,7 @@ ControlViewPtr MakeView(ViewHost& host, Control& control) {
     case ControlKind::Section:
       return MakeSectionView(host, static_cast<OptionsSection&>(control));
     case ControlKind::ExtLabel:
-      break;
+      return MakeExtLabelView(host, static_cast<ExtLabel&>(control));
   }
   throw MakeError(ErrorNumber::InternalError);
 }

@@ -6,6 +6,7 @@
 
 #include "display/Button.h"
 #include "display/CheckBox.h"
+#include "display/ExtLabel.h"
 #include "display/Frame.h"
 #include "display/Grid.h"
 #include "display/Label.h"
@@ -25,6 +26,7 @@ ControlViewPtr MakeCheckBoxView(ViewHost& host, CheckBox& box);
 ControlViewPtr MakeOptionButtonView(ViewHost& host, OptionButton& option);
 ControlViewPtr MakeTextBoxView(ViewHost& host, TextBox& box);
 ControlViewPtr MakeLabelView(ViewHost& host, Label& label);
+ControlViewPtr MakeExtLabelView(ViewHost& host, ExtLabel& label);
 ControlViewPtr MakeFrameView(ViewHost& host, Frame& frame);
 ControlViewPtr MakeSectionView(ViewHost& host, OptionsSection& section);
 ControlViewPtr MakeSliderView(ViewHost& host, Slider& slider);

@@ -15,14 +15,17 @@ constexpr UINT SettleMessage = WM_APP;
 constexpr int PictureSize = 16;  // at 96 dpi
 constexpr int FirstControlId = 100;
 
-/// The class is the module's, and goes with it.
+/// The class belongs to the module that this code is part of, and goes with it.
 class FormClass {
  public:
-  FormClass(HINSTANCE module, WNDPROC procedure) : module_(module) {
+  explicit FormClass(WNDPROC procedure) {
+    constexpr DWORD flags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    Verified(GetModuleHandleExW(flags, reinterpret_cast<LPCWSTR>(procedure), &module_), "GetModuleHandleExW");
     WNDCLASSEXW definition{};
     definition.cbSize = sizeof definition;
     definition.lpfnWndProc = procedure;
-    definition.hInstance = module;
+    definition.hInstance = module_;
     definition.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     definition.hbrBackground = GetSysColorBrush(COLOR_3DFACE);
     definition.lpszClassName = WindowClass;
@@ -32,8 +35,10 @@ class FormClass {
   FormClass& operator=(const FormClass&) = delete;
   ~FormClass() { UnregisterClassW(WindowClass, module_); }
 
+  HINSTANCE Module() const { return module_; }
+
  private:
-  HINSTANCE module_;
+  HMODULE module_ = nullptr;
 };
 
 bool GrowsHigh(const Box& box) {
@@ -50,6 +55,18 @@ int WidthOf(const RECT& area) { return static_cast<int>(area.right - area.left);
 int HeightOf(const RECT& area) { return static_cast<int>(area.bottom - area.top); }
 
 }  // namespace
+
+/// Counts how deep one message stands within another.
+class FormWindow::Nesting {
+ public:
+  explicit Nesting(int& depth) : depth_(depth) { ++depth_; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
+  ~Nesting() { --depth_; }
+
+ private:
+  int& depth_;
+};
 
 std::shared_ptr<FormWindow> FormWindow::Make(Form& form, const Setting& setting) {
   const std::shared_ptr<FormWindow> made(new FormWindow(form, setting));
@@ -83,13 +100,13 @@ void FormWindow::Close() {
 }
 
 void FormWindow::CreateOwnWindow() {
-  static const FormClass windowClass(setting_.module, Procedure);
+  static const FormClass windowClass(Procedure);
   const bool isDialog = setting_.dialog != nullptr;
   const DWORD style = isDialog ? DialogStyle(setting_.layout) : WS_CHILD;
   const DWORD extendedStyle = isDialog ? DialogExtendedStyle : WS_EX_CONTROLPARENT;
   window_ = Verified(
       CreateWindowExW(extendedStyle, WindowClass, ToUtf16(isDialog ? form_.Caption() : std::string()).c_str(),
-                      style, 0, 0, 0, 0, setting_.parent, nullptr, setting_.module, nullptr),
+                      style, 0, 0, 0, 0, setting_.parent, nullptr, windowClass.Module(), nullptr),
       "CreateWindowExW");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   Send(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0));
@@ -331,6 +348,12 @@ KeyOutcome FormWindow::Translate(const MSG& message) {
   return outcome;
 }
 
+bool FormWindow::TakesReturn() const {
+  const Control* const focus = form_.Focus();
+  return form_.EffectiveDefaultButton() != nullptr ||
+         (focus != nullptr && focus->Kind() == ControlKind::ExtLabel);
+}
+
 KeyOutcome FormWindow::Tab(bool backwards) {
   const std::vector<Control*>& controls = form_.Controls();
   const Control* const next = form_.NextInTabOrder(form_.Focus(), backwards);
@@ -381,7 +404,10 @@ void FormWindow::Activate(Control& control) {
 void FormWindow::Guard(const std::function<void()>& body) noexcept {
   if (closed_) return;
   const ActivationContext::Scope themed(manifest_);
+  const Nesting nesting(depth_);
   try {
+    // What comes next acts on what the user sees.
+    if (depth_ == 1 && settlePosted_) Settle();
     body();
   } catch (const Error& error) {
     Fail(error.Description);

@@ -69,6 +69,8 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
     bool selectAll = false;
   };
 
+  class Nesting;
+
   FormWindow(Form& form, const Setting& setting);
 
   // ViewHost
@@ -108,6 +110,7 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   void GrowToFit();
 
   KeyOutcome Tab(bool backwards);
+  bool TakesReturn() const;
   void Activate(Control& control);
   void ShowKeyboardCues();
 
@@ -127,6 +130,7 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
 
   bool closed_ = false;
   bool settlePosted_ = false;
+  int depth_ = 0;
   std::exception_ptr failure_;
 };
 

@@ -33,8 +33,8 @@ class SliderView final : public ControlView {
     return ControlView::KeyDown(key);
   }
 
-  LRESULT Notified(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) override {
-    if (message != WM_HSCROLL) return 0;
+  LRESULT Notified(UINT message, WPARAM wParam, LPARAM /*lParam*/) override {
+    if (message != WM_HSCROLL || LOWORD(wParam) == TB_ENDTRACK) return 0;
     host_.Actions().Slide(slider_, static_cast<int32_t>(Send(Window(), TBM_GETPOS)));
     Sync();  // back, when it was refused
     return 0;

@@ -10,6 +10,7 @@ constexpr int WidthUnits = 100;
 constexpr int RowPadding = 4;  // at 96 dpi
 constexpr int DefaultRows = 6;
 constexpr UINT SyncMessage = WM_APP + 1;
+constexpr UINT ImageMessage = WM_APP + 2;  // an item's image by name, for those who drive the window
 
 /// Neither checks nor opens anything by itself: the form does, and the mirror shows it. Many changes in a
 /// row are shown together, before the next message that could tell the difference.
@@ -79,6 +80,10 @@ class TreeView final : public ControlView {
     switch (message) {
       case SyncMessage:
         Refresh();
+        return true;
+      case ImageMessage:
+        result = reinterpret_cast<LRESULT>(
+            tree_.Image(mirror_->NodeOf(reinterpret_cast<HTREEITEM>(lParam))).c_str());
         return true;
       case WM_PAINT:
       case WM_KEYDOWN:

@@ -3,9 +3,14 @@
 #include <algorithm>
 
 #include "windows/com/Text.h"
+#include "windows/desktop/WindowsDesktop.h"
 #include "windows/views/Handles.h"
+#include "windows/views/WindowsModals.h"
+#include "workbench/Gallery.h"
 #include "workbench/host/FolderPicker.h"
+#include "workbench/host/GalleryLayout.h"
 #include "workbench/host/MessageBox.h"
+#include "workbench/host/Picture.h"
 #include "workbench/host/WindowForm.h"
 
 namespace vexa::workbench {
@@ -44,7 +49,7 @@ HTREEITEM FindItem(HWND tree, HTREEITEM item, FolderIndex folder) {
 }  // namespace
 
 WindowDriver::WindowDriver(Console& console, Stage& stage, UiThread& ui, const std::wstring& module)
-    : console_(console), stage_(stage), ui_(ui) {
+    : console_(console), stage_(stage), ui_(ui), module_(module) {
   ui_.Run([&] {
     exports_ = Exports::Make(stage.workbench, module);
     classes_ = std::make_unique<ClassRegistration>(exports_);
@@ -246,7 +251,28 @@ void WindowDriver::SetDevelopmentMode(bool /*on*/) {
   throw ScriptError("the module has no development mode; only the console can set it");
 }
 
-void WindowDriver::OpenGallery() { throw ScriptError("the gallery belongs to the console"); }
+void WindowDriver::OpenGallery() {
+  Do([this] {
+    // Its pictures are the product's.
+    const HMODULE module = windows::Verified(LoadLibraryW(module_.c_str()), "LoadLibraryW");
+    windows::WindowsDesktop desktop;
+    windows::WindowsModals modals(
+        module, [](std::string_view) -> const windows::Layout& { return LayoutOfGallery(); });
+    const Services& services = stage_.services;
+    const Services windowed{services.resources, desktop, modals, services.objects, services.errorLog};
+    {
+      Gallery gallery(windowed);
+      modals.ShowModal(gallery, nullptr);
+    }
+    FreeLibrary(module);
+  });
+}
+
+void WindowDriver::TakePicture(const std::string& file) {
+  const HWND form = dialogs_.empty() ? PageWindow() : dialogs_.back().window;
+  if (form == nullptr) throw ScriptError("no window is open");
+  ui_.Run([&] { SavePicture(GetAncestor(form, GA_ROOT), windows::ToUtf16(file)); });
+}
 
 std::optional<FolderIndex> WindowDriver::PickFolder() {
   return ShowFolderPicker(GetActiveWindow(), stage_.workbench.profile.world);

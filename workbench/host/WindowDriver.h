@@ -37,6 +37,7 @@ class WindowDriver final : public HostDriver {
   bool PageActive() override;
   void SetDevelopmentMode(bool on) override;
   void OpenGallery() override;
+  void TakePicture(const std::string& file) override;
   std::optional<FolderIndex> PickFolder() override;
 
   // --- for the forms
@@ -67,6 +68,7 @@ class WindowDriver final : public HostDriver {
   Console& console_;
   Stage& stage_;
   UiThread& ui_;
+  std::wstring module_;
   ExportsRef exports_;
   std::unique_ptr<ClassRegistration> classes_;
   std::unique_ptr<OptionsDialog> dialog_;  // made and ended by the thread of the windows

@@ -17,7 +17,8 @@ namespace {
 
 using windows::Send;
 
-constexpr UINT CheckedState = 2 << 12;  // state image of a ticked node
+constexpr UINT ImageMessage = WM_APP + 2;  // of the product's trees
+constexpr UINT CheckedState = 2 << 12;     // state image of a ticked node
 
 std::string Property(HWND window, const wchar_t* name) {
   const auto* const text = static_cast<const char*>(GetPropW(window, name));
@@ -48,12 +49,11 @@ ControlKind KindOf(HWND window) {
         return ControlKind::Button;
     }
   }
-  return (style & SS_TYPEMASK) == SS_OWNERDRAW ? ControlKind::Section : ControlKind::Label;
+  if ((style & SS_TYPEMASK) != SS_OWNERDRAW) return ControlKind::Label;
+  return (style & SS_NOTIFY) != 0 ? ControlKind::ExtLabel : ControlKind::Section;
 }
 
-bool TakesFocus(ControlKind kind) {
-  return kind != ControlKind::Label && kind != ControlKind::Frame && kind != ControlKind::Section;
-}
+bool TakesFocus(HWND control) { return (StyleOf(control) & WS_TABSTOP) != 0; }
 
 Outcome Usability(HWND control) {
   if ((StyleOf(control) & WS_VISIBLE) == 0) return Outcome::Hidden;
@@ -100,6 +100,7 @@ NodeState ReadNode(HWND tree, HTREEITEM item) {
   node.selected = (read.state & TVIS_SELECTED) != 0;
   node.expanded = (read.state & TVIS_EXPANDED) != 0;
   node.hasChildren = read.cChildren != 0;
+  node.image = reinterpret_cast<const char*>(Send(tree, ImageMessage, 0, item));
   return node;
 }
 
@@ -165,6 +166,17 @@ void ReadGrid(HWND grid, ControlState& state) {
   state.currentColumn = static_cast<int32_t>(reinterpret_cast<INT_PTR>(GetPropW(grid, L"VexaColumn")));
 }
 
+std::string ReadText(HWND control, ControlKind kind) {
+  switch (kind) {
+    case ControlKind::TextBox:
+      return windows::ToUtf8(TextOfWindow(control));
+    case ControlKind::ExtLabel:
+      return Property(control, L"VexaMarkup");
+    default:
+      return windows::ToUtf8(windows::PlainText(TextOfWindow(control)));
+  }
+}
+
 }  // namespace
 
 std::string FormNameOf(HWND window) { return Property(window, L"VexaFormName"); }
@@ -217,8 +229,7 @@ ControlState WindowForm::Read(HWND control) const {
   ControlState state;
   state.name = ControlNameOf(control);
   state.kind = KindOf(control);
-  state.text = windows::ToUtf8(
-      state.kind == ControlKind::TextBox ? TextOfWindow(control) : windows::PlainText(TextOfWindow(control)));
+  state.text = ReadText(control, state.kind);
   state.visible = (StyleOf(control) & WS_VISIBLE) != 0;
   state.enabled = IsWindowEnabled(control) != FALSE;
   state.focused = FocusedControl() == control;
@@ -289,7 +300,7 @@ FormDriver::Node WindowForm::FindNode(const std::string& name, Node parent,
 
 Outcome WindowForm::Arrival(HWND control, HWND before) const {
   if (IsWindow(window_) == FALSE || before == nullptr || before == control) return Outcome::Done;
-  if (!TakesFocus(KindOf(control)) || KindOf(before) != ControlKind::TextBox) return Outcome::Done;
+  if (!TakesFocus(control) || KindOf(before) != ControlKind::TextBox) return Outcome::Done;
   // Only a text box with an invalid entry holds on to the focus.
   return FocusedControl() == before && GetDlgItem(window_, IDCANCEL) != control ? Outcome::FocusKept
                                                                                 : Outcome::Done;
@@ -337,6 +348,8 @@ Outcome WindowForm::PressKey(HWND control, int keyCode, bool shift) {
 
 Outcome WindowForm::Click(const std::string& name) {
   const HWND control = Find(name);
+  // Anywhere but on its words.
+  if (KindOf(control) == ControlKind::ExtLabel) return Reach(control);
   return PressMouse(control, MiddleOf(control));
 }
 
@@ -424,7 +437,7 @@ Outcome WindowForm::ClickHotSpot(const std::string& name, int32_t hotSpot) {
 
 Outcome WindowForm::Focus(const std::string& name) {
   const HWND control = Find(name);
-  return TakesFocus(KindOf(control)) ? Reach(control) : Outcome::NotTaken;
+  return TakesFocus(control) ? Reach(control) : Outcome::NotTaken;
 }
 
 Outcome WindowForm::Leave() { return Press(VK_TAB, false); }
@@ -439,8 +452,8 @@ Outcome WindowForm::Press(int keyCode, bool shift) {
   const ControlKind kind = KindOf(before);
   if (keyCode == VK_TAB) return stayed && kind == ControlKind::TextBox ? Outcome::FocusKept : Outcome::Done;
   const bool isArrow = keyCode >= VK_LEFT && keyCode <= VK_DOWN;
-  const bool takesArrows =
-      kind == ControlKind::Slider || kind == ControlKind::Grid || kind == ControlKind::OptionButton;
+  const bool takesArrows = kind == ControlKind::Slider || kind == ControlKind::Grid ||
+                           kind == ControlKind::OptionButton || kind == ControlKind::ExtLabel;
   return isArrow && !takesArrows && stayed ? Outcome::NotTaken : Outcome::Done;
 }
 
