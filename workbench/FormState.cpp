@@ -147,7 +147,7 @@ std::string_view KindName(ControlKind kind) {
 }
 
 void Print(std::ostream& out, const ControlState& control) {
-  out << "  " << std::left << std::setw(19) << control.name << std::setw(10) << KindName(control.kind)
+  out << "  " << std::left << std::setw(18) << control.name << " " << std::setw(10) << KindName(control.kind)
       << std::right;
   switch (control.kind) {
     case ControlKind::CheckBox:

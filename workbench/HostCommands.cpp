@@ -18,7 +18,7 @@ void Load(Console& console, const Words& words) {
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
   };
   console.Out() << "loaded " << words[0] << ": " << counted(world.Stores().size(), "store") << ", "
-                << counted(world.FolderNodes().size(), "folder") << "\n";
+                << counted(world.FolderCount(), "folder") << "\n";
 }
 
 void Language(Console& console, const Words& words) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -50,5 +51,6 @@ void MergeWorld(Profile& profile, const Profile& other);
 
 /// The words of the file format for the kinds of stores: "mailbox", "public", "personal".
 std::string_view StoreKindName(StoreKind kind);
+std::optional<StoreKind> StoreKindNamed(std::string_view name);
 
 }  // namespace vexa::workbench

@@ -53,13 +53,9 @@ void Read(const JsonNode& node, std::string_view name, std::vector<Value>& value
 void Read(const JsonNode& node, std::string_view name, StoreKind& kind) {
   std::string word;
   Read(node, name, word);
-  for (const StoreKind known : {StoreKind::Mailbox, StoreKind::PublicFolders, StoreKind::PersonalFolders}) {
-    if (word == StoreKindName(known)) {
-      kind = known;
-      return;
-    }
-  }
-  Refuse(node.line, Quoted(name) + " must be \"mailbox\", \"public\" or \"personal\"");
+  const std::optional<StoreKind> known = StoreKindNamed(word);
+  if (!known) Refuse(node.line, Quoted(name) + " must be \"mailbox\", \"public\" or \"personal\"");
+  kind = *known;
 }
 
 /// Reads the members of an object by name; every member must be asked for, or the object is refused.
@@ -244,6 +240,26 @@ void ReadDefaultFolders(const JsonNode& node, uint32_t store, World& world) {
   }
 }
 
+GeneratedFolders ReadGenerated(const JsonNode& node) {
+  ObjectReader reader(node, "generated");
+  GeneratedFolders rule;
+  int32_t count = 0;
+  int32_t breadth = 0;
+  int32_t seed = 0;
+  reader.Required("name", rule.name);
+  reader.Required("count", count);
+  reader.Required("breadth", breadth);
+  reader.Optional("seed", seed);
+  reader.Optional("itemTypes", rule.itemTypes);
+  reader.RefuseUnknown("member of \"generated\"");
+  if (count < 1 || breadth < 1) Refuse(node.line, "\"count\" and \"breadth\" must be at least 1");
+  if (seed < 0) Refuse(node.line, "\"seed\" must be at least 0");
+  rule.count = static_cast<uint32_t>(count);
+  rule.breadth = static_cast<uint32_t>(breadth);
+  rule.seed = static_cast<uint32_t>(seed);
+  return rule;
+}
+
 void ReadStore(const JsonNode& node, std::vector<FolderRecord> records, World& world) {
   ObjectReader reader(node, "store");
   std::string storeID;
@@ -252,15 +268,23 @@ void ReadStore(const JsonNode& node, std::vector<FolderRecord> records, World& w
   reader.Required("kind", kind);
   const JsonNode* const defaultFolders = reader.Find("defaultFolders");
   const JsonNode* const folders = reader.Find("folders");
+  const JsonNode* const generated = reader.Find("generated");
   reader.RefuseUnknown("member of a store");
   if (storeID.empty()) Refuse(node.line, "a store's \"storeID\" must not be empty");
-  if (folders == nullptr) Refuse(node.line, "the store needs \"folders\"");
-  Require(*folders, JsonNode::Kind::Array, "folders", "a list in square brackets");
+  if (folders == nullptr && generated == nullptr) Refuse(node.line, "the store needs \"folders\"");
+  if (folders != nullptr && generated != nullptr)
+    Refuse(node.line, "a store has \"folders\" or they are \"generated\", not both");
+  if (folders != nullptr) Require(*folders, JsonNode::Kind::Array, "folders", "a list in square brackets");
   for (const Store& other : world.Stores()) {
     if (SameName(other.storeID, storeID)) Refuse(node.line, "each store needs a \"storeID\" of its own");
   }
-  const uint32_t store = world.AddStore(std::move(storeID), kind);
-  StoreBuilder(world, store, std::move(records), node.line).Build();
+  uint32_t store = 0;
+  if (generated != nullptr) {
+    store = world.AddGeneratedStore(std::move(storeID), kind, ReadGenerated(*generated));
+  } else {
+    store = world.AddStore(std::move(storeID), kind);
+    StoreBuilder(world, store, std::move(records), node.line).Build();
+  }
   if (defaultFolders != nullptr) ReadDefaultFolders(*defaultFolders, store, world);
 }
 

@@ -19,6 +19,13 @@ std::string_view StoreKindName(StoreKind kind) {
   return {};
 }
 
+std::optional<StoreKind> StoreKindNamed(std::string_view name) {
+  for (const StoreKind kind : {StoreKind::Mailbox, StoreKind::PublicFolders, StoreKind::PersonalFolders}) {
+    if (name == StoreKindName(kind)) return kind;
+  }
+  return std::nullopt;
+}
+
 namespace {
 
 std::string JsonText(const nlohmann::ordered_json& value, int indent = -1) {
@@ -49,6 +56,14 @@ std::string FolderLine(const World& world, const FolderNode& folder) {
   return JsonText(json);
 }
 
+nlohmann::ordered_json GeneratedJson(const GeneratedFolders& rule) {
+  return {{"name", rule.name},
+          {"count", rule.count},
+          {"breadth", rule.breadth},
+          {"seed", rule.seed},
+          {"itemTypes", rule.itemTypes}};
+}
+
 /// The folders of the world that still exist, by store.
 std::vector<std::vector<FolderIndex>> FoldersByStore(const World& world) {
   std::vector<std::vector<FolderIndex>> folders(world.Stores().size());
@@ -67,6 +82,10 @@ void WriteStore(const World& world, uint32_t store, const std::vector<FolderInde
   put("    {\"storeID\": " + JsonText(world.Stores()[store].storeID) + ",\n     \"kind\": \"" +
       std::string(StoreKindName(world.Stores()[store].kind)) + "\",\n");
   if (!defaults.empty()) put("     \"defaultFolders\": " + JsonText(defaults) + ",\n");
+  if (const auto& rule = world.Stores()[store].generated) {
+    put("     \"generated\": " + JsonText(GeneratedJson(*rule)) + "}");
+    return;
+  }
   put("     \"folders\": [");
   const char* separator = "\n       ";
   for (const FolderIndex folder : folders) {
@@ -115,10 +134,15 @@ void MergeWorld(Profile& profile, const Profile& other) {
         throw ProfileError("both profiles have the store with the id " + store.storeID);
       }
     }
-    stores.push_back(to.AddStore(store.storeID, store.kind));
+    stores.push_back(store.generated ? to.AddGeneratedStore(store.storeID, store.kind, *store.generated)
+                                     : to.AddStore(store.storeID, store.kind));
   }
   std::vector<FolderIndex> placed;
   for (const FolderNode& folder : from.FolderNodes()) {  // parents stand before their children
+    if (from.Stores()[folder.store].generated) {
+      placed.push_back(to.FindInStore(folder.entryID, stores[folder.store]));
+      continue;
+    }
     const FolderIndex parent = folder.parent == NoFolder ? NoFolder : placed[folder.parent];
     placed.push_back(
         to.AddFolder(stores[folder.store], parent, folder.name, folder.entryID, folder.itemType));

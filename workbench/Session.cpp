@@ -37,7 +37,7 @@ class WorkbenchFolder final : public Folder {
   ItemType DefaultItemType() override { return Node("DefaultItemType").itemType; }
   std::shared_ptr<vexa::Folders> Folders() override {
     Node("Folders");
-    return workbench_.FoldersObject(World().ChildrenOf(index_));
+    return workbench_.FoldersObject(index_);
   }
   FolderRef Parent() override {
     const FolderIndex parent = Node("Parent").parent;
@@ -59,25 +59,32 @@ class WorkbenchFolder final : public Folder {
   FolderIndex index_;
 };
 
+/// What is in a folder now, whatever was there when the list was asked for; so costs only what is read of it.
 class WorkbenchFolders final : public Folders {
  public:
-  WorkbenchFolders(Workbench& workbench, std::vector<FolderIndex> folders)
-      : workbench_(workbench), folders_(std::move(folders)) {}
+  WorkbenchFolders(Workbench& workbench, FolderIndex parent) : workbench_(workbench), parent_(parent) {}
 
   int32_t Count() override {
     workbench_.Calls().Enter("Folders.Count", Kind::Read);
-    return static_cast<int32_t>(folders_.size());
+    return static_cast<int32_t>(ChildCount());
   }
   FolderRef Item(int32_t position) override {
     workbench_.Calls().Enter("Folders.Item", Kind::Read,
                              [&] { return "Folders.Item(" + std::to_string(position) + ")"; });
-    if (position < 1 || static_cast<size_t>(position) > folders_.size()) throw NotFound();
-    return workbench_.FolderObject(folders_[static_cast<size_t>(position - 1)]);
+    if (position < 1 || static_cast<size_t>(position) > ChildCount()) throw NotFound();
+    return workbench_.FolderObject(
+        workbench_.profile.world.ChildAt(parent_, static_cast<size_t>(position - 1)));
   }
 
  private:
+  size_t ChildCount() const {
+    const World& world = workbench_.profile.world;
+    if (parent_ != NoFolder && world.At(parent_).deleted) throw NotFound();
+    return world.ChildCount(parent_);
+  }
+
   Workbench& workbench_;
-  std::vector<FolderIndex> folders_;
+  FolderIndex parent_;
 };
 
 class WorkbenchSession final : public NameSpace {
@@ -86,11 +93,7 @@ class WorkbenchSession final : public NameSpace {
 
   std::shared_ptr<vexa::Folders> Folders() override {
     workbench_.Calls().Enter("Sess.Folders", Kind::Read);
-    std::vector<FolderIndex> roots;
-    for (const Store& store : World().Stores()) {
-      if (!World().At(store.root).deleted) roots.push_back(store.root);
-    }
-    return workbench_.FoldersObject(std::move(roots));
+    return workbench_.FoldersObject(NoFolder);
   }
 
   FolderRef GetFolderFromID(const std::string& entryId, const std::string& storeId) override {
@@ -139,8 +142,8 @@ FolderIndex Workbench::IndexOf(const Folder& folder) {
   return ours == nullptr ? NoFolder : ours->Index();
 }
 
-std::shared_ptr<Folders> Workbench::FoldersObject(std::vector<FolderIndex> folders) {
-  return std::make_shared<WorkbenchFolders>(*this, std::move(folders));
+std::shared_ptr<Folders> Workbench::FoldersObject(FolderIndex parent) {
+  return std::make_shared<WorkbenchFolders>(*this, parent);
 }
 
 }  // namespace vexa::workbench

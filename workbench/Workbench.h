@@ -68,7 +68,8 @@ class Workbench {
   FolderRef FolderObject(FolderIndex folder);
   /// NoFolder for a folder object that is none of the workbench's.
   static FolderIndex IndexOf(const Folder& folder);
-  std::shared_ptr<Folders> FoldersObject(std::vector<FolderIndex> folders);
+  /// The folders in `parent`; NoFolder: the stores.
+  std::shared_ptr<Folders> FoldersObject(FolderIndex parent);
 
  private:
   class ObjectFactory;

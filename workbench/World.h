@@ -1,8 +1,10 @@
 // The stand-in for what Outlook knows: stores, their folders, and which folders are the user's default
-// ones. A plain data structure; the objects that the library sees are made over it (Session.h).
+// ones. A plain data structure; the objects that the library sees are made over it (Session.cpp). The folders
+// of a generated store come into being when they are first asked for, be it through a constant world.
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -11,6 +13,7 @@
 #include <vector>
 
 #include "contracts/Outlook.h"
+#include "workbench/GeneratedFolders.h"
 
 namespace vexa::workbench {
 
@@ -25,23 +28,29 @@ struct FolderNode {
   std::string entryID;  // hexadecimal, as Outlook writes it
   ItemType itemType = ItemType::Mail;
   uint32_t store = 0;
-  FolderIndex parent = NoFolder;  // NoFolder: the root folder of its store
-  std::vector<FolderIndex> children;
-  bool unreadable = false;  // its EntryID cannot be read (no access)
-  bool excluded = false;    // the add-in keeps its record out of the stored lists
-  bool deleted = false;     // gone, with everything below it
+  FolderIndex parent = NoFolder;      // NoFolder: the root folder of its store
+  std::vector<FolderIndex> children;  // NoFolder: generated, but not asked for yet
+  uint32_t number = 0;                // in a generated store
+  bool unreadable = false;            // its EntryID cannot be read (no access)
+  bool excluded = false;              // the add-in keeps its record out of the stored lists
+  bool deleted = false;               // gone, with everything below it
 };
 
 struct Store {
   std::string storeID;
   StoreKind kind = StoreKind::PersonalFolders;
   FolderIndex root = NoFolder;
+  uint32_t folderCount = 0;  // ever added, or to be generated
+  std::optional<GeneratedFolders> generated;
 };
 
 class World {
  public:
   /// Adds a store; its root folder is the first folder added to it without a parent.
   uint32_t AddStore(std::string storeID, StoreKind kind);
+
+  /// Adds a store whose folders follow from a rule.
+  uint32_t AddGeneratedStore(std::string storeID, StoreKind kind, GeneratedFolders rule);
 
   /// Adds a folder below `parent`, or as the root of `store`. NoFolder when the store has a folder with
   /// this entry id already (then nothing is added).
@@ -63,21 +72,34 @@ class World {
   void Delete(FolderIndex folder);
 
   const std::vector<Store>& Stores() const { return stores_; }
-  const std::vector<FolderNode>& FolderNodes() const { return folders_; }
+  /// Of all stores, deleted ones and those never asked for included.
+  size_t FolderCount() const;
+  /// Every folder that was added, and those of generated stores that were asked for. Parents stand before
+  /// their children. A folder stays where it is in memory.
+  const std::deque<FolderNode>& FolderNodes() const { return folders_; }
   const FolderNode& At(FolderIndex folder) const { return folders_[folder]; }
   FolderNode& At(FolderIndex folder) { return folders_[folder]; }
   const Store& StoreOf(FolderIndex folder) const { return stores_[folders_[folder].store]; }
 
-  /// Children of a folder that are not deleted, in order.
+  /// The folders directly in a folder, in order, without deleted ones; of NoFolder the stores' roots.
+  /// Counting and taking one of them cost nothing for the others.
+  size_t ChildCount(FolderIndex folder) const;
+  FolderIndex ChildAt(FolderIndex folder, size_t position) const;
   std::vector<FolderIndex> ChildrenOf(FolderIndex folder) const;
 
   /// The user's default folders by Outlook's OlDefaultFolders number (6 = Inbox, …).
   std::map<int32_t, FolderIndex> defaultFolders;
 
  private:
+  FolderIndex Place(uint32_t store, FolderIndex parent, std::string name, std::string entryID,
+                    ItemType itemType, uint32_t number) const;
+  FolderIndex Generate(FolderIndex parent, size_t position) const;
+  FolderIndex FindGenerated(std::string_view entryID, uint32_t store) const;
+  std::vector<FolderIndex> Roots() const;
+
   std::vector<Store> stores_;
-  std::vector<FolderNode> folders_;
-  std::unordered_map<std::string, FolderIndex> byKey_;  // upper-case entry id, "|", number of the store
+  mutable std::deque<FolderNode> folders_;
+  mutable std::unordered_map<std::string, FolderIndex> byKey_;  // upper-case entry id, "|", store's number
 };
 
 }  // namespace vexa::workbench

@@ -146,19 +146,45 @@ void ListFolders(Console& console, const Words& words) {
     const FolderNode& node = world.At(folder);
     console.Out() << "  " << QuotedText(world.PathOf(folder)) << " item type "
                   << static_cast<int32_t>(node.itemType);
-    const size_t below = world.ChildrenOf(folder).size();
+    const size_t below = world.ChildCount(folder);
     if (below > 0) console.Out() << ", " << below << (below == 1 ? " subfolder" : " subfolders");
     if (node.unreadable) console.Out() << ", unreadable";
     if (node.excluded) console.Out() << ", excluded";
     console.Out() << "\n";
   };
-  if (words.empty()) {
-    for (const Store& store : world.Stores()) {
-      if (!world.At(store.root).deleted) print(store.root);
-    }
-  } else {
-    for (const FolderIndex child : world.ChildrenOf(FindFolder(console, words[0]))) print(child);
+  const FolderIndex parent = words.empty() ? NoFolder : FindFolder(console, words[0]);
+  for (const FolderIndex child : world.ChildrenOf(parent)) print(child);
+}
+
+void Generate(Console& console, const Words& words) {
+  World& world = console.Stage().workbench.profile.world;
+  for (const Store& store : world.Stores()) {
+    if (SameName(store.storeID, words[0]))
+      throw ScriptError("there is a store " + store.storeID + " already");
   }
+  if (words[0].empty()) throw ScriptError("a store's id must not be empty");
+  const std::optional<StoreKind> kind = StoreKindNamed(words[1]);
+  if (!kind)
+    throw ScriptError("unknown kind of store \"" + words[1] +
+                      "\"; right would be mailbox, public or personal");
+  GeneratedFolders rule;
+  rule.name = words[2];
+  const auto number = [&](size_t word, const char* what, int32_t least) {
+    const int32_t value = NumberWord(words[word], what);
+    if (value < least) throw ScriptError(std::string(what) + " must be at least " + std::to_string(least));
+    return static_cast<uint32_t>(value);
+  };
+  rule.count = number(3, "the number of folders", 1);
+  rule.breadth = number(4, "the number of subfolders", 1);
+  if (words.size() > 5) rule.seed = number(5, "the seed", 0);
+  if (words.size() > 6) rule.itemTypes.clear();
+  for (size_t word = 6; word < words.size(); ++word)
+    rule.itemTypes.push_back(NumberWord(words[word], "the item type"));
+  const uint32_t store = world.AddGeneratedStore(words[0], *kind, std::move(rule));
+  const Store& made = world.Stores()[store];
+  console.Out() << "generated " << QuotedText(world.PathOf(made.root)) << ": " << made.folderCount
+                << (made.folderCount == 1 ? " folder" : " folders") << ", " << made.generated->Depth()
+                << " deep\n";
 }
 
 void FailMember(Console& console, const Words& words) {
@@ -216,6 +242,8 @@ constexpr auto Commands = std::to_array<Command>({
     {"flag", "BypassBlocked|DelayAvailable on|off", "set a flag of the add-in", 2, 2, Flag},
     {"scan", "on|off", "a search of the monitored folders runs or not", 1, 1, Scan},
     {"folders", "[PATH]", "list the stores, or the folders in a folder", 0, 1, ListFolders},
+    {"generate", "STOREID mailbox|public|personal NAME COUNT BREADTH [SEED [ITEMTYPE...]]",
+     "add a store with a folder hierarchy of any size", 5, AnyNumber, Generate},
     {"delete", "PATH", "delete a folder and everything in it", 1, 1, Delete},
     {"unreadable", "PATH on|off", "make a folder's EntryID unreadable", 2, 2, Unreadable},
     {"excluded", "PATH on|off", "let the add-in exclude a folder's record when it is monitored", 2, 2,

@@ -3,8 +3,10 @@
 // leave.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
+#include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
 
 namespace vexa::workbench {
@@ -167,6 +169,69 @@ TEST(FaultSweep, CancelAndCloseWriteNothingWhateverFails) {
       EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
     });
   }
+}
+
+TEST(FaultSweep, TrackingOptionsShowTheirErrorAndCanBeOpenedAgain) {
+  const auto prepare = [](Scene& scene) {
+    scene.Open();
+    scene.stage.calls.Clear();
+  };
+  const auto change = [](Scene& scene) {
+    bool shown = false;
+    scene.InNextDialog([&](Dialog& dialog) {
+      shown = true;
+      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
+      UserActions user(tracking);
+      user.Choose(tracking.optPersonal);
+      user.Click(tracking.chkAudit);
+      user.Click(tracking.chkSearchNow);
+      user.Type(tracking.txtCategories, "A");
+      scene.TakeSeen();
+      user.Click(tracking.cmdOk);
+      EXPECT_NE(dialog.IsShowing(), scene.seen.empty()) << "stays open with its error, closes without one";
+      EXPECT_TRUE(tracking.cmdOk.Enabled());
+    });
+    scene.Click(scene.Page(), scene.Page().cmdTracking);
+    scene.dialogs.clear();
+    EXPECT_TRUE(shown || !scene.Page().PropertyPage_Dirty());
+  };
+  // Nine settings to write, twelve reads, and the host that is told.
+  Sweep(22, prepare, change, [&change](Scene& scene) {
+    const std::string seen = scene.TakeSeen();
+    EXPECT_EQ(std::ranges::count(seen, '\n'), 1) << seen;
+    EXPECT_NE(seen.find("Error Number: 4711|nDescription: planned|n|nSource: Outside"), std::string::npos)
+        << seen;
+    EXPECT_TRUE(seen.find("frmTrackingOptions.cmdOk_Click") != std::string::npos ||
+                seen.find("OutlookPropertiesPage.cmdTracking_Click") != std::string::npos)
+        << seen;
+    change(scene);  // the same again works
+    EXPECT_EQ(scene.Working().LoggingMethod, 2);
+    EXPECT_EQ(scene.Working().TrackedCategories, "a");
+    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
+  });
+}
+
+TEST(FaultSweep, TrackingOptionsWriteNothingWhenGivenUpWhateverFails) {
+  const auto prepare = [](Scene& scene) {
+    scene.Open();
+    scene.stage.calls.Clear();
+  };
+  const auto giveUp = [](Scene& scene) {
+    scene.InNextDialog([](Dialog& dialog) {
+      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
+      UserActions user(tracking);
+      user.Choose(tracking.optPersonal);
+      user.Click(tracking.chkSearchNow);
+      user.Click(tracking.cmdCancel);
+      EXPECT_FALSE(dialog.IsShowing());
+    });
+    scene.Click(scene.Page(), scene.Page().cmdTracking);
+    scene.dialogs.clear();
+  };
+  Sweep(14, prepare, giveUp, [](Scene& scene) {
+    EXPECT_EQ(scene.Writes(), "");
+    EXPECT_FALSE(scene.Page().SearchNowPending);
+  });
 }
 
 }  // namespace

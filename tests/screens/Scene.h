@@ -92,6 +92,7 @@ class Scene final : public ModalWindows, public UserAnswers {
     return folder == NoFolder ? std::nullopt : std::optional(folder);
   }
   MessageAnswer AnswerMessage(const std::string&, MessageButtons buttons) override {
+    if (buttons == MessageButtons::YesNoCancel) return searchAnswer;
     return buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
   }
   BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
@@ -128,6 +129,7 @@ class Scene final : public ModalWindows, public UserAnswers {
   std::deque<std::function<void(Dialog&)>> dialogs;
   std::deque<std::string> picks;
   std::string seen;
+  MessageAnswer searchAnswer = MessageAnswer::Yes;  // to the question about scanned items
 };
 
 }  // namespace vexa::workbench

@@ -88,12 +88,10 @@ void Import(const ImportOrder& order) {
 
 void Check(const std::string& path) {
   const World world = ReadProfile(path).world;
-  std::vector<size_t> counts(world.Stores().size());
-  for (const FolderNode& folder : world.FolderNodes()) ++counts[folder.store];
-  std::cout << path << ": " << counts.size() << " store(s)\n";
-  for (uint32_t store = 0; store < counts.size(); ++store) {
+  std::cout << path << ": " << world.Stores().size() << " store(s)\n";
+  for (uint32_t store = 0; store < world.Stores().size(); ++store) {
     const Store& here = world.Stores()[store];
-    std::cout << StoreKindName(here.kind) << ": \"" << world.At(here.root).name << "\", " << counts[store]
+    std::cout << StoreKindName(here.kind) << ": \"" << world.At(here.root).name << "\", " << here.folderCount
               << " folder(s)\n";
     for (const auto& [number, folder] : world.defaultFolders) {
       if (world.At(folder).store == store) {
