@@ -29,10 +29,7 @@ class ButtonView final : public ControlView {
     }
     HICON icon =
         button_.Picture().kind == Picture::Kind::Icon ? host_.Icons().Find(button_.Picture().id) : nullptr;
-    if (icon != icon_) {
-      icon_ = icon;
-      Send(Window(), BM_SETIMAGE, IMAGE_ICON, icon);
-    }
+    if (icon != icon_) ShowIcon(icon);
   }
 
   int MinWidth() const override {
@@ -74,12 +71,32 @@ class ButtonView final : public ControlView {
   }
 
  private:
+  /// At the left, as a list of one image: an icon by itself would touch the text.
+  void ShowIcon(HICON icon) {
+    ImageListHandle images;
+    if (icon != nullptr) {
+      const int size = host_.Icons().Size();
+      images = ImageListHandle(
+          Verified(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 1, 1), "ImageList_Create"));
+      if (ImageList_ReplaceIcon(images.Get(), -1, icon) < 0)
+        ThrowSystemError(GetLastError(), "ImageList_ReplaceIcon");
+    }
+    BUTTON_IMAGELIST shown{};
+    shown.himl = images.Get();
+    shown.margin.left = host_.Face().Scale(TextPadding);
+    shown.uAlign = BUTTON_IMAGELIST_ALIGN_LEFT;
+    Send(Window(), BCM_SETIMAGELIST, 0, &shown);
+    images_ = std::move(images);
+    icon_ = icon;
+  }
+
   bool IsCancel() const { return host_.Shown().CancelButton() == &button_; }
 
   Button& button_;
   bool drawnDefault_ = false;
   bool pressing_ = false;
   HICON icon_ = nullptr;
+  ImageListHandle images_;
 };
 
 }  // namespace

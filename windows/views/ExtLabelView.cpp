@@ -49,6 +49,18 @@ class StyledFonts {
   std::array<FontHandle, 8> fonts_;
 };
 
+int Brightness(COLORREF color) {
+  return (299 * GetRValue(color) + 587 * GetGValue(color) + 114 * GetBValue(color)) / 1000;
+}
+
+/// The system's colour of links, where it can be read on the colour of dialogs.
+COLORREF LinkColor() {
+  constexpr int readable = 100;
+  const COLORREF link = GetSysColor(COLOR_HOTLIGHT);
+  const int contrast = Brightness(link) - Brightness(GetSysColor(COLOR_3DFACE));
+  return contrast < readable && contrast > -readable ? GetSysColor(COLOR_BTNTEXT) : link;
+}
+
 /// The words stand in lines; the form's label knows nothing of pixels.
 class ExtLabelView final : public ControlView {
  public:
@@ -257,8 +269,9 @@ class ExtLabelView final : public ControlView {
       area.right = placed[index + 1].area.left;
     }
     SelectObject(dc, fonts_->Find(word.style));
-    const int enabled = hot ? COLOR_HOTLIGHT : COLOR_BTNTEXT;
-    SetTextColor(dc, GetSysColor(label_.IsUsable() ? enabled : COLOR_GRAYTEXT));
+    SetTextColor(dc, !label_.IsUsable() ? GetSysColor(COLOR_GRAYTEXT)
+                     : hot              ? LinkColor()
+                                        : GetSysColor(COLOR_BTNTEXT));
     std::wstring text = ToUtf16(word.text);
     if (area.right > placed[index].area.right) text.push_back(L' ');
     ExtTextOutW(dc, static_cast<int>(area.left), static_cast<int>(area.top), ETO_CLIPPED, &area, text.c_str(),
