@@ -26,6 +26,8 @@ const char* DescriptionOf(ErrorNumber number) {
       return "Path/File access error";
     case ErrorNumber::ObjectNotSet:
       return "Object variable not set";
+    case ErrorNumber::KeyExists:
+      return "The key belongs to another element of the collection";
     case ErrorNumber::ResourceNotFound:
       return "Resource with identifier not found";
   }

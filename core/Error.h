@@ -21,6 +21,7 @@ enum class ErrorNumber : int32_t {
   PathFileAccess = 75,
   ObjectNotSet = 91,
   ResourceNotFound = 326,
+  KeyExists = 457,
 };
 
 class Error : public std::exception {

@@ -12,15 +12,46 @@ enum class StringId : int32_t {
   ProductName = 2,  // also the title of every message box
   ShortProductName = 3,
 
+  MailboxNameStart = 51,  // how the root folder of a mailbox is named by Outlook
+
   ErrorOccurred = 110,
   ErrorNumberCaption = 111,
   ErrorDescriptionCaption = 112,
   ErrorSourceCaption = 113,
   ErrorTrailCaption = 114,
 
+  // Default folders, the pseudo-store that holds them first; each is also the number of its picture.
+  DefaultFolders = 115,
+  CalendarFolder = 116,
+  ContactsFolder = 117,
+  DeletedItemsFolder = 118,
+  DraftsFolder = 119,
+  InboxFolder = 120,
+  JournalFolder = 121,
+  NotesFolder = 122,
+  OutboxFolder = 123,
+  SentItemsFolder = 124,
+  TasksFolder = 125,
+  // Kinds of folders, likewise.
+  CalendarFolderKind = 126,
+  ContactFolderKind = 127,
+  JournalFolderKind = 128,
+  MailFolderKind = 129,
+  NoteFolderKind = 130,
+  PostFolderKind = 131,
+  TaskFolderKind = 132,
+  RootStoreKind = 133,
+  OtherFolderKind = 134,
+  // Item types, likewise.
+  AppointmentItems = 135,
+  TaskUpdateItems = 150,
+
   Ok = 500,
   Cancel = 501,
   Select = 503,
+  All = 505,
+  NoneOfThem = 506,
+  ClearAll = 507,
   Default = 508,
   Add = 513,
   Change = 514,
@@ -60,6 +91,21 @@ enum class StringId : int32_t {
   InvalidFolder = 2110,
   SharedFolders = 2113,
   FolderAlreadySetUp = 2114,
+
+  PublicFolderContact = 2149,
+  FolderPickerTitle = 2150,
+  FolderPickerHelp = 2151,
+  FolderPickerHelpAllUsers = 2152,
+  ItemsToLog = 2153,
+  ExpandAllHint = 2154,
+  RootStoreTip = 2201,
+  DeletedItemsTip = 2202,
+  DraftsTip = 2203,
+  OutboxTip = 2204,
+  DefaultFolderTip = 2205,
+  PublicFolderTip = 2206,
+  PersonalFolderTip = 2207,
+  NotesTip = 2208,
 
   TrackingOptions = 2300,
   LoggingMethod = 2301,

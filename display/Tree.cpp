@@ -10,66 +10,299 @@ namespace {
 
 constexpr int32_t KeyIsNotUnique = 35602;  // the number that Windows' tree control uses for it
 
+/// Texts that are gone may take this much room before the others are moved together.
+constexpr size_t UnusedTextAllowed = size_t{64} * 1024;
+
 }  // namespace
 
-Tree::Node Tree::Add(Node parent, std::string key, std::string text, std::string image) {
-  if (!key.empty() && byKey_.contains(key)) {
+Tree::Tree(Form& form, std::string name) : Control(form, std::move(name), ControlKind::Tree) {}
+
+// --- nodes
+
+Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, std::string_view image) {
+  const uint32_t hash = key.empty() ? 0 : HashOfKey(key);
+  if (!key.empty() && byKey_.Find(hash, [&](Node node) { return Key(node) == key; }) != KeyIndex::None) {
     throw Error(KeyIsNotUnique, "Key is not unique in collection",
                 MakeError(ErrorNumber::InternalError).Source);
   }
-  Node node = static_cast<Node>(nodes_.size());
-  if (free_.empty()) {
-    nodes_.emplace_back();
-  } else {
-    node = free_.back();
-    free_.pop_back();
-    nodes_[node] = {};
-  }
-  NodeData& data = nodes_[node];
-  data.key = std::move(key);
-  data.text = std::move(text);
-  data.image = std::move(image);
+  // What can fail comes first.
+  const uint16_t imageNumber = ImageNumber(image);
+  const char* const kept = Keep(key, text);
+  const Node node = FreshNumber();
+  if (!key.empty()) byKey_.Insert(hash, node);
+  free_ = At(node).next;
+
+  NodeData& data = At(node);
+  data = {};
+  data.text = kept;
+  data.keyLength = static_cast<uint32_t>(key.size());
+  data.textLength = static_cast<uint32_t>(text.size());
+  data.keyHash = hash;
+  data.image = imageNumber;
+  data.flags = IsLive;
   data.parent = parent;
-  if (!data.key.empty()) byKey_.emplace(data.key, node);
-  (parent == NoNode ? roots_ : nodes_[parent].children).push_back(node);
-  Changed();
+  Branch& siblings = ChildrenOf(parent);
+  data.previous = siblings.last;
+  (siblings.last == NoNode ? siblings.first : At(siblings.last).next) = node;
+  siblings.last = node;
+  ++count_;
+
+  if (keeping_) {
+    data.flags |= IsNew;
+    // A new parent, or one that has grown already, speaks for this one.
+    if (parent == NoNode) {
+      if (!std::exchange(rootsHaveGrown_, true)) grown_.push_back(NoNode);
+    } else if ((At(parent).flags & (IsNew | HasGrown)) == 0) {
+      At(parent).flags |= HasGrown;
+      grown_.push_back(parent);
+    }
+  }
+  Touch();
   return node;
 }
 
-void Tree::Remove(Node node) {
-  std::vector<Node>& siblings = Parent(node) == NoNode ? roots_ : nodes_[Parent(node)].children;
-  siblings.erase(std::ranges::find(siblings, node));
-  std::vector<Node> pending{node};
-  while (!pending.empty()) {
-    const Node gone = pending.back();
-    pending.pop_back();
-    NodeData& data = nodes_[gone];
-    pending.insert(pending.end(), data.children.begin(), data.children.end());
-    if (!data.key.empty()) byKey_.erase(data.key);
-    if (selected_ == gone) selected_ = NoNode;
-    free_.push_back(gone);
+/// The number at the head of the free list, which is left as it is.
+Tree::Node Tree::FreshNumber() {
+  if (free_ == NoNode) {
+    if (numbers_ == NoNode) throw MakeError(ErrorNumber::Overflow);
+    if (numbers_ % BlockSize == 0) blocks_.push_back(std::make_unique<NodeData[]>(BlockSize));
+    free_ = numbers_++;
   }
-  Changed();
+  return free_;
+}
+
+uint16_t Tree::ImageNumber(std::string_view image) {
+  if (images_[lastImage_] == image) return lastImage_;
+  if (image.empty()) return 0;
+  auto known = imageNumbers_.find(image);
+  if (known == imageNumbers_.end()) {
+    if (images_.size() > UINT16_MAX) throw MakeError(ErrorNumber::Overflow);
+    images_.emplace_back(image);
+    known = imageNumbers_.emplace(image, static_cast<uint16_t>(images_.size() - 1)).first;
+  }
+  return lastImage_ = known->second;
+}
+
+const char* Tree::Keep(std::string_view key, std::string_view text) {
+  if (key.empty() && !keylessText_.empty() && text == keylessText_) return keylessText_.data();
+  char* const kept = texts_.Take(key.size() + text.size());
+  std::ranges::copy(key, kept);
+  std::ranges::copy(text, kept + key.size());
+  if (key.empty()) keylessText_ = {kept, text.size()};
+  return kept;
+}
+
+void Tree::Remove(Node node) {
+  if (keeping_ && (At(node).flags & IsNew) == 0) changes_.removed.push_back(node);
+  if (selected_ != NoNode && (selected_ == node || IsBelow(selected_, node))) {
+    selected_ = NoNode;
+    changes_.selection = true;
+  }
+  Unlink(node);
+  // From the leaves up, each node when it has lost its children.
+  Node at = node;
+  for (;;) {
+    while (At(at).children.first != NoNode) at = At(at).children.first;
+    const Node next = At(at).next;
+    const Node parent = At(at).parent;
+    Free(at);
+    if (at == node) break;
+    ChildrenOf(parent).first = next;
+    at = next == NoNode ? parent : next;
+  }
+  if (unusedText_ > UnusedTextAllowed && unusedText_ > texts_.Used() / 2) CompactTexts();
+  Touch();
+}
+
+void Tree::Unlink(Node node) {
+  NodeData& data = At(node);
+  Branch& siblings = ChildrenOf(data.parent);
+  (data.previous == NoNode ? siblings.first : At(data.previous).next) = data.next;
+  (data.next == NoNode ? siblings.last : At(data.next).previous) = data.previous;
+  data.previous = data.next = NoNode;
+}
+
+void Tree::Free(Node node) {
+  NodeData& data = At(node);
+  if (Checked(node)) UnlinkCheck(data);
+  if (data.keyLength != 0) {
+    byKey_.Erase(data.keyHash, node);
+    unusedText_ += data.keyLength + data.textLength;
+  }
+  data.flags = 0;
+  Node& list = keeping_ ? resting_ : free_;
+  data.next = list;
+  list = node;
+  --count_;
+}
+
+void Tree::CompactTexts() {
+  const TextArena former = std::exchange(texts_, {});
+  keylessText_ = {};
+  unusedText_ = 0;
+  for (Node node = FirstChild(NoNode); node != NoNode; node = NextBelow(NoNode, node)) {
+    At(node).text = Keep(Key(node), Text(node));
+  }
 }
 
 Tree::Node Tree::Find(std::string_view key) const {
-  const auto found = byKey_.find(std::string(key));
-  return found == byKey_.end() ? NoNode : found->second;
+  if (key.empty()) return NoNode;
+  return byKey_.Find(HashOfKey(key), [&](Node node) { return Key(node) == key; });
 }
 
+// --- ways through the tree
+
+Tree::Node Tree::NextBelow(Node top, Node node) const {
+  if (FirstChild(node) != NoNode) return FirstChild(node);
+  for (; node != top && node != NoNode; node = Parent(node)) {
+    if (Next(node) != NoNode) return Next(node);
+  }
+  return NoNode;
+}
+
+Tree::Node Tree::NextSeenBelow(Node top, Node node) const {
+  if (Expanded(node) && FirstChild(node) != NoNode) return FirstChild(node);
+  for (; node != top && node != NoNode; node = Parent(node)) {
+    if (Next(node) != NoNode) return Next(node);
+  }
+  return NoNode;
+}
+
+Tree::Node Tree::PreviousSeen(Node node) const {
+  Node before = Previous(node);
+  if (before == NoNode) return Parent(node);
+  while (Expanded(before) && LastChild(before) != NoNode) before = LastChild(before);
+  return before;
+}
+
+bool Tree::IsBelow(Node node, Node top) const {
+  for (Node at = Parent(node); at != NoNode; at = Parent(at)) {
+    if (at == top) return true;
+  }
+  return false;
+}
+
+// --- state
+
 void Tree::SetChecked(Node node, bool checked) {
-  nodes_[node].checked = checked;
-  Changed();
+  if (Checked(node) == checked) return;
+  NodeData& data = At(node);
+  if (checked) {
+    data.checkEra = checkEra_;
+    data.previousChecked = lastChecked_;
+    data.nextChecked = NoNode;
+    (lastChecked_ == NoNode ? firstChecked_ : At(lastChecked_).nextChecked) = node;
+    lastChecked_ = node;
+    ++checkedCount_;
+  } else {
+    UnlinkCheck(data);
+  }
+  NoteState(node);
+  Touch();
+}
+
+void Tree::UnlinkCheck(NodeData& data) {
+  data.checkEra = 0;
+  (data.previousChecked == NoNode ? firstChecked_ : At(data.previousChecked).nextChecked) = data.nextChecked;
+  (data.nextChecked == NoNode ? lastChecked_ : At(data.nextChecked).previousChecked) = data.previousChecked;
+  --checkedCount_;
+}
+
+void Tree::ClearChecks() {
+  if (checkedCount_ == 0) return;
+  // A view has something to do for each of them; the nodes themselves just belong to a former era then.
+  if (keeping_) {
+    for (Node node = firstChecked_; node != NoNode; node = NextChecked(node)) NoteState(node);
+  }
+  if (++checkEra_ == 0) {
+    for (Node node = 0; node < numbers_; ++node) At(node).checkEra = 0;
+    checkEra_ = 1;
+  }
+  firstChecked_ = lastChecked_ = NoNode;
+  checkedCount_ = 0;
+  Touch();
 }
 
 void Tree::SetExpanded(Node node, bool expanded) {
-  nodes_[node].expanded = expanded;
-  Changed();
+  if (Expanded(node) == expanded) return;
+  NodeData& data = At(node);
+  data.flags = static_cast<uint16_t>(expanded ? data.flags | IsExpanded : data.flags & ~IsExpanded);
+  NoteState(node);
+  Touch();
 }
 
 void Tree::Select(Node node) {
+  if (selected_ == node) return;
   selected_ = node;
+  changes_.selection = true;
+  Touch();
+}
+
+void Tree::EnsureVisible(Node node) {
+  for (Node above = Parent(node); above != NoNode; above = Parent(above)) SetExpanded(above, true);
+  changes_.shown = node;
+  Touch();
+}
+
+// --- for views
+
+void Tree::NoteState(Node node) {
+  if (!keeping_ || (At(node).flags & (IsNew | HasNewState)) != 0) return;
+  At(node).flags |= HasNewState;
+  changes_.states.push_back(node);
+}
+
+void Tree::Touch() {
+  if (keeping_ && told_) return;
+  told_ = true;
   Changed();
+}
+
+void Tree::KeepChanges(bool keep) {
+  TakeChanges();
+  keeping_ = keep;
+}
+
+Tree::Changes Tree::TakeChanges() {
+  const auto isDead = [&](Node node) { return node != NoNode && (At(node).flags & IsLive) == 0; };
+  Changes taken = std::exchange(changes_, {});
+  if (taken.shown != NoNode && isDead(taken.shown)) taken.shown = NoNode;
+  std::erase_if(taken.states, isDead);
+  for (const Node node : taken.states) At(node).flags &= static_cast<uint16_t>(~HasNewState);
+
+  std::erase_if(grown_, isDead);
+  for (const Node parent : grown_) {
+    if (parent != NoNode) At(parent).flags &= static_cast<uint16_t>(~HasGrown);
+    // New ones stand behind all others. They may be gone again.
+    Node first = NoNode;
+    for (Node child = LastChild(parent); child != NoNode && (At(child).flags & IsNew) != 0;
+         child = Previous(child)) {
+      first = child;
+    }
+    if (first == NoNode) continue;
+    taken.grown.push_back({parent, first});
+    for (Node top = first; top != NoNode; top = Next(top)) {
+      for (Node node = top; node != NoNode; node = NextBelow(top, node)) {
+        At(node).flags &= static_cast<uint16_t>(~IsNew);
+      }
+    }
+  }
+  grown_.clear();
+  rootsHaveGrown_ = false;
+
+  while (resting_ != NoNode) {
+    const Node node = resting_;
+    resting_ = At(node).next;
+    At(node).next = free_;
+    free_ = node;
+  }
+  told_ = false;
+  return taken;
+}
+
+size_t Tree::MemoryInUse() const {
+  return blocks_.size() * BlockSize * sizeof(NodeData) + blocks_.capacity() * sizeof(blocks_[0]) +
+         texts_.Capacity() + byKey_.MemoryInUse();
 }
 
 }  // namespace vexa

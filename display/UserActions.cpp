@@ -17,11 +17,6 @@ Outcome Usability(const Control& control) {
   return control.IsUsable() ? Outcome::Done : Outcome::Disabled;
 }
 
-bool IsBelow(const Tree& tree, Tree::Node node, Tree::Node ancestor) {
-  while (node != Tree::NoNode && node != ancestor) node = tree.Parent(node);
-  return node != Tree::NoNode;
-}
-
 }  // namespace
 
 Outcome UserActions::Reach(Control& control) {
@@ -106,11 +101,24 @@ Outcome UserActions::CheckNode(Tree& tree, Tree::Node node, bool checked) {
 
 Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
   const Outcome outcome = Reach(tree);
-  if (outcome != Outcome::Done || tree.Expanded(node) == expanded) return outcome;
-  if (expanded && tree.OnExpand) tree.OnExpand(node);
-  tree.SetExpanded(node, expanded);
-  // A closed branch does not hide the selection: it goes up to the branch, as by a click.
-  if (!expanded && IsBelow(tree, tree.Selected(), node)) return ClickNode(tree, node);
+  if (outcome != Outcome::Done || tree.Expanded(node) == expanded || tree.Children(node).empty()) {
+    return outcome;
+  }
+  if (!expanded) {
+    tree.SetExpanded(node, false);
+    // A closed branch does not hide the selection: it goes up to the branch, as by a click.
+    const Tree::Node selected = tree.Selected();
+    return selected != Tree::NoNode && tree.IsBelow(selected, node) ? ClickNode(tree, node) : outcome;
+  }
+  if (tree.OnExpand) tree.OnExpand(node);
+  if (!tree.Children(node).empty()) tree.SetExpanded(node, true);
+  return outcome;
+}
+
+Outcome UserActions::ExpandAll(Tree& tree, Tree::Node node) {
+  const Outcome outcome = Reach(tree);
+  if (outcome != Outcome::Done) return outcome;
+  for (Tree::Node at = node; at != Tree::NoNode; at = tree.NextBelow(node, at)) Expand(tree, at, true);
   return outcome;
 }
 
@@ -146,6 +154,13 @@ Outcome UserActions::Press(int keyCode, bool shift) {
       return Enter();
     case KeyEscape:
       return Escape();
+    case KeyMultiply:
+    case KeyAdd:
+    case KeySubtract:
+      if (focus != nullptr && focus->Kind() == ControlKind::Tree) {
+        return PressInTree(static_cast<Tree&>(*focus), keyCode);
+      }
+      break;
     case KeySpace:
       if (focus != nullptr &&
           (focus->Kind() == ControlKind::Button || focus->Kind() == ControlKind::CheckBox ||
@@ -155,6 +170,9 @@ Outcome UserActions::Press(int keyCode, bool shift) {
       if (focus != nullptr && focus->Kind() == ControlKind::ExtLabel) {
         auto& label = static_cast<ExtLabel&>(*focus);
         return ClickHotSpot(label, label.CurrentHotSpot());
+      }
+      if (focus != nullptr && focus->Kind() == ControlKind::Tree) {
+        return PressInTree(static_cast<Tree&>(*focus), keyCode);
       }
       break;
     case KeyHome:
@@ -211,6 +229,36 @@ Outcome UserActions::PressArrow(Control& control, int keyCode) {
       }
       return Outcome::NotTaken;
     }
+    case ControlKind::Tree:
+      return PressInTree(static_cast<Tree&>(control), keyCode);
+    default:
+      return Outcome::NotTaken;
+  }
+}
+
+Outcome UserActions::PressInTree(Tree& tree, int keyCode) {
+  const Tree::Node node = tree.Selected();
+  const auto click = [&](Tree::Node other) {
+    return other == Tree::NoNode ? Outcome::Done : ClickNode(tree, other);
+  };
+  if (node == Tree::NoNode) return click(tree.FirstChild(Tree::NoNode));
+  switch (keyCode) {
+    case KeySpace:
+      return CheckNode(tree, node, !tree.Checked(node));
+    case KeyMultiply:
+      return ExpandAll(tree, node);
+    case KeyAdd:
+      return Expand(tree, node, true);
+    case KeySubtract:
+      return Expand(tree, node, false);
+    case KeyDown:
+      return click(tree.NextSeenBelow(Tree::NoNode, node));
+    case KeyUp:
+      return click(tree.PreviousSeen(node));
+    case KeyRight:
+      return tree.Expanded(node) ? click(tree.FirstChild(node)) : Expand(tree, node, true);
+    case KeyLeft:
+      return tree.Expanded(node) ? Expand(tree, node, false) : click(tree.Parent(node));
     default:
       return Outcome::NotTaken;
   }

@@ -39,6 +39,9 @@ enum Key : int {
   KeyUp = 38,
   KeyRight = 39,
   KeyDown = 40,
+  KeyMultiply = 106,
+  KeyAdd = 107,
+  KeySubtract = 109,
   KeyF5 = 116,
 };
 
@@ -58,7 +61,11 @@ class UserActions {
 
   Outcome ClickNode(Tree& tree, Tree::Node node);
   Outcome CheckNode(Tree& tree, Tree::Node node, bool checked);
+  /// Nothing happens to a node without others below it. Collapsing a branch clicks its top when the selected
+  /// node is in it, which is not to be seen then.
   Outcome Expand(Tree& tree, Tree::Node node, bool expanded);
+  /// Expands the node and everything below it, also what comes there by expanding.
+  Outcome ExpandAll(Tree& tree, Tree::Node node);
 
   /// A click on a word of a formatted label, and on one of its hot spots.
   Outcome ClickWord(ExtLabel& label, size_t word, int button, int shift);
@@ -76,6 +83,7 @@ class UserActions {
   Outcome Reach(Control& control);
   Outcome PressButton(Button& button);
   Outcome PressArrow(Control& control, int keyCode);
+  Outcome PressInTree(Tree& tree, int keyCode);
 
   Form& form_;
 };

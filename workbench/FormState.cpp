@@ -21,23 +21,14 @@ void ReadGrid(const Grid& grid, ControlState& state) {
 }
 
 void ReadTree(const Tree& tree, ControlState& state) {
-  struct Pending {
-    Tree::Node node;
-    int depth;
-  };
-  std::vector<Pending> pending;
-  const auto pushChildren = [&](Tree::Node parent, int depth) {
-    const std::vector<Tree::Node>& children = tree.Children(parent);
-    for (auto child = children.rbegin(); child != children.rend(); ++child)
-      pending.push_back({*child, depth});
-  };
-  pushChildren(Tree::NoNode, 0);
-  while (!pending.empty()) {
-    const auto [node, depth] = pending.back();
-    pending.pop_back();
-    state.nodes.push_back({depth, tree.Text(node), tree.Image(node), tree.Checked(node),
+  std::vector<int> depths;  // by node: one way through the tree knows its parents before it needs them
+  for (Tree::Node node = tree.FirstChild(Tree::NoNode); node != Tree::NoNode;
+       node = tree.NextSeenBelow(Tree::NoNode, node)) {
+    if (depths.size() <= node) depths.resize(node + 1);
+    const Tree::Node parent = tree.Parent(node);
+    depths[node] = parent == Tree::NoNode ? 0 : depths[parent] + 1;
+    state.nodes.push_back({depths[node], std::string(tree.Text(node)), tree.Image(node), tree.Checked(node),
                            tree.Selected() == node, tree.Expanded(node), !tree.Children(node).empty()});
-    if (tree.Expanded(node)) pushChildren(node, depth + 1);
   }
 }
 

@@ -46,9 +46,12 @@ Gallery::Gallery(const Services& services) : Dialog("Gallery"), services_(servic
   sldLevel.OnChange = [this] { Log("sldLevel_Change"); };
   gdRows.OnSelChange = [this] { Log("gdRows_SelChange"); };
   gdRows.OnDoubleClick = [this] { Log("gdRows_DblClick"); };
-  tvNodes.OnNodeCheck = [this](Tree::Node node) { Log("tvNodes_NodeCheck " + tvNodes.Key(node)); };
-  tvNodes.OnNodeClick = [this](Tree::Node node) { Log("tvNodes_NodeClick " + tvNodes.Key(node)); };
-  tvNodes.OnExpand = [this](Tree::Node node) { Log("tvNodes_Expand " + tvNodes.Key(node)); };
+  const auto logNode = [this](const char* event) {
+    return [this, event](Tree::Node node) { Log(std::string(event).append(" ").append(tvNodes.Key(node))); };
+  };
+  tvNodes.OnNodeCheck = logNode("tvNodes_NodeCheck");
+  tvNodes.OnNodeClick = logNode("tvNodes_NodeClick");
+  tvNodes.OnExpand = logNode("tvNodes_Expand");
   lblHot.OnClick = [this](const ExtLabel::WordClick& click) {
     Log("lblHot_Click " + click.word + " " + std::to_string(click.index) + (click.isLink ? " link" : "") +
         " button " + std::to_string(click.button) + " shift " + std::to_string(click.shift));

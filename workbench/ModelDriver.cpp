@@ -38,10 +38,10 @@ class ModelForm final : public FormDriver {
 
   Node FindNode(const std::string& name, Node parent, std::string_view encodedText) const override {
     const auto& tree = Find<Tree>(name);
-    const std::vector<Tree::Node>& children = tree.Children(ToTree(parent));
-    const auto found = std::ranges::find_if(
-        children, [&](Tree::Node child) { return EncodedName(tree.Text(child)) == encodedText; });
-    return found == children.end() ? NoNode : Node{*found} + 1;
+    for (const Tree::Node child : tree.Children(ToTree(parent))) {
+      if (EncodedName(tree.Text(child)) == encodedText) return Node{child} + 1;
+    }
+    return NoNode;
   }
 
   Outcome Click(const std::string& control) override { return user_.Click(Find<Control>(control)); }

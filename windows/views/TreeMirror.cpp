@@ -47,7 +47,8 @@ void TreeMirror::Sync() {
 }
 
 void TreeMirror::SyncChildren(Tree::Node parent, HTREEITEM parentHandle, std::vector<Item>& items) {
-  const std::vector<Tree::Node>& nodes = tree_.Children(parent);
+  const Tree::NodeRange children = tree_.Children(parent);
+  const std::vector<Tree::Node> nodes(children.begin(), children.end());
   const auto same = [&](const Item& item, Tree::Node node) {
     return item.node == node && item.text == tree_.Text(node) && item.image == tree_.Image(node);
   };
@@ -91,12 +92,8 @@ TreeMirror::Item TreeMirror::Insert(Tree::Node node, HTREEITEM parent, HTREEITEM
   insert.item.stateMask = TVIS_STATEIMAGEMASK;
   insert.item.state = tree_.Checked(node) ? StateOn : StateOff;
   const auto handle = reinterpret_cast<HTREEITEM>(Send(window_, TVM_INSERTITEMW, 0, &insert));
-  return {node,
-          Verified(handle, "TVM_INSERTITEM"),
-          tree_.Checked(node),
-          false,
-          tree_.Text(node),
-          tree_.Image(node),
+  return {node,  Verified(handle, "TVM_INSERTITEM"), tree_.Checked(node),
+          false, std::string(tree_.Text(node)),      tree_.Image(node),
           {}};
 }
 

@@ -1,0 +1,90 @@
+#include "core/KeyIndex.h"
+
+#include <array>
+#include <cstring>
+#include <utility>
+
+namespace vexa {
+namespace {
+
+constexpr size_t FirstSize = 16;
+
+// Odd numbers with their bits well spread.
+constexpr uint64_t Spread = 0x9E3779B97F4A7C15;
+constexpr uint64_t Fold = 0xD6E8FEB86659FD93;
+
+uint64_t WordAt(const char* bytes) noexcept {
+  uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+/// Multiplying carries differences upwards, the shift brings them down again.
+uint64_t Mixed(uint64_t state, uint64_t word) noexcept {
+  state = (state ^ word) * Spread;
+  return state ^ (state >> 29);
+}
+
+}  // namespace
+
+uint32_t HashOfKey(std::string_view key) noexcept {
+  constexpr size_t wordSize = sizeof(uint64_t);
+  const char* at = key.data();
+  size_t left = key.size();
+  // Independent lanes, so that one multiplication need not wait for the one before.
+  std::array<uint64_t, 4> lanes{Spread, Fold, Spread ^ key.size(), ~Fold};
+  for (; left >= lanes.size() * wordSize; left -= lanes.size() * wordSize) {
+    for (uint64_t& lane : lanes) {
+      lane = Mixed(lane, WordAt(at));
+      at += wordSize;
+    }
+  }
+  uint64_t hash = lanes[2];
+  for (; left >= wordSize; left -= wordSize, at += wordSize) hash = Mixed(hash, WordAt(at));
+  uint64_t rest = 0;
+  if (left != 0) std::memcpy(&rest, at, left);
+  hash = Mixed(hash, rest);
+  for (const uint64_t lane : {lanes[0], lanes[1], lanes[3]}) hash = Mixed(hash * Fold, lane);
+  return static_cast<uint32_t>(hash ^ (hash >> 32));
+}
+
+void KeyIndex::Insert(uint32_t hash, uint32_t number) {
+  if ((taken_ + 1) * 4 > slots_.size() * 3) Grow();
+  Place({hash, number});
+  ++taken_;
+}
+
+void KeyIndex::Place(Slot placed) {
+  size_t at = placed.hash & Mask();
+  while (slots_[at].number != None) at = (at + 1) & Mask();
+  slots_[at] = placed;
+}
+
+void KeyIndex::Grow() {
+  std::vector<Slot> former(slots_.empty() ? FirstSize : slots_.size() * 2);
+  former.swap(slots_);
+  for (const Slot& slot : former) {
+    if (slot.number != None) Place(slot);
+  }
+}
+
+void KeyIndex::Erase(uint32_t hash, uint32_t number) {
+  size_t hole = hash & Mask();
+  while (slots_[hole].number != number) hole = (hole + 1) & Mask();
+  // Those behind move up when a search for them would end at the hole: no marks of the dead stay behind.
+  for (size_t at = (hole + 1) & Mask(); slots_[at].number != None; at = (at + 1) & Mask()) {
+    const size_t home = slots_[at].hash & Mask();
+    if (((at - home) & Mask()) < ((at - hole) & Mask())) continue;
+    slots_[hole] = slots_[at];
+    hole = at;
+  }
+  slots_[hole] = {};
+  --taken_;
+}
+
+void KeyIndex::Clear() {
+  slots_.clear();
+  taken_ = 0;
+}
+
+}  // namespace vexa
