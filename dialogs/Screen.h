@@ -13,12 +13,16 @@
 
 namespace vexa {
 
+inline constexpr const char* DefaultSupportAddress = "support@tolvane.example";
+
 struct Services {
   const Resources& resources;
   Desktop& desktop;
   ModalWindows& windows;
   AddinObjectFactory& objects;
   ErrorLog& errorLog;
+  /// Where error reports are sent; the host may know another address than the maker's.
+  std::string supportAddress = DefaultSupportAddress;
 };
 
 /// Whoever opened a dialog and wants to hear that it changed something.

@@ -4,6 +4,8 @@
 #include <span>
 #include <utility>
 
+#include "dialogs/frmFolders.h"
+
 namespace vexa {
 
 /// The controls beside the settings that they stand for.
@@ -125,7 +127,9 @@ void frmTrackingOptions::MethodChosen() {
 }
 
 void frmTrackingOptions::ChooseFolders() {
-  // The folder picker comes here.
+  frmFolders picker(services_);
+  picker.Initialize(addin_, settings_, *this);
+  services_.windows.ShowModal(picker, this);
 }
 
 void frmTrackingOptions::SearchNowChanged() {
