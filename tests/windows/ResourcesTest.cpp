@@ -115,6 +115,7 @@ TEST_F(ModuleFile, FindsTheSameLanguageAsTheCompiledTables) {
       {0x409, english},        {0x809, english},        {0x1009, english},        {0x009, english},
       {0x40C, frenchOfFrance}, {0x80C, frenchOfFrance}, {0x100C, frenchOfFrance}, {0x00C, frenchOfFrance},
       {0xC0C, frenchOfCanada}, {0x407, english},        {0x411, english},         {0x40A, english},
+      {0x000, english},        {0x400, english},        {0x800, english},
   };
   for (const auto& [wanted, language] : foundFor) {
     SCOPED_TRACE(wanted);

@@ -143,13 +143,14 @@ class PageControl final : public IOutlookPropertiesPage,
   std::shared_ptr<PropertyPageSite> Site();
 
   HRESULT Activate(bool takeFocus);
+  HRESULT ActivateInPlace();
   HRESULT TakeFocus();
   void GiveUpFocus();
   /// Takes the window down. The page itself is not told.
   void Deactivate();
   /// What the host means by hiding: the add-in is told and the page drops everything.
   void HidePage();
-  bool IsInPlaceActive() const { return window_ != nullptr; }
+  bool IsInPlaceActive() const { return window_ != nullptr && window_->Handle() != nullptr; }
 
   ModuleUse use_;
   std::atomic<ULONG> references_ = 1;
@@ -160,8 +161,8 @@ class PageControl final : public IOutlookPropertiesPage,
   ComPtr<ITypeInfo> classInfo_;
 
   ComPtr<IOleClientSite> clientSite_;
-  ComPtr<IUnknown> site_;  // of a container that uses IObjectWithSite
-  ComPtr<IOleInPlaceSite> inPlaceSite_;
+  ComPtr<IUnknown> site_;                // of a container that uses IObjectWithSite
+  ComPtr<IOleInPlaceSite> inPlaceSite_;  // while an activation lasts
   ComPtr<IOleInPlaceFrame> frame_;
   ComPtr<IOleInPlaceUIWindow> uiWindow_;
   ComPtr<IOleAdviseHolder> adviseHolder_;
@@ -172,7 +173,7 @@ class PageControl final : public IOutlookPropertiesPage,
   bool uiActive_ = false;
 
   HostedPage hosted_;
-  std::unique_ptr<PageWindow> window_;  // exists while in-place active
+  std::unique_ptr<PageWindow> window_;
 };
 
 }  // namespace vexa::windows

@@ -5,71 +5,104 @@
 namespace vexa::windows {
 
 HRESULT PageControl::Activate(bool takeFocus) {
-  if (!IsInPlaceActive()) {
-    if (!clientSite_) return E_FAIL;
-    ComPtr<IOleInPlaceSite> site = clientSite_.As<IOleInPlaceSite>();
-    if (!site) return E_FAIL;
-    if (site->CanInPlaceActivate() != S_OK) return OLE_E_NOT_INPLACEACTIVE;
-    HWND parent = nullptr;
-    HRESULT outcome = site->GetWindow(&parent);
+  // The window may have been destroyed with the container's.
+  if (window_ != nullptr && !IsInPlaceActive()) Deactivate();
+  // In the middle of beginning or ending an activation there is nothing to begin.
+  if (!inPlaceSite_) {
+    const HRESULT outcome = ActivateInPlace();
     if (FAILED(outcome)) return outcome;
-    outcome = site->OnInPlaceActivate();
-    if (FAILED(outcome)) return outcome;
-    inPlaceSite_ = std::move(site);
-    RECT position{};
-    RECT clip{};
-    OLEINPLACEFRAMEINFO frameInfo{};
-    frameInfo.cb = sizeof frameInfo;
-    // A container may have no frame and no window of its own: then there is nobody to tell.
-    outcome =
-        inPlaceSite_->GetWindowContext(frame_.Receive(), uiWindow_.Receive(), &position, &clip, &frameInfo);
-    if (SUCCEEDED(outcome)) {
-      // What the user does in the window may end with the container letting go of the control.
-      const auto keepAlive = [this] {
-        return std::make_shared<ComPtr<IUnknown>>(static_cast<IOutlookPropertiesPage*>(this));
-      };
-      outcome = Guarded(IID_IOleObject,
-                        [&] { window_ = std::make_unique<PageWindow>(Page(), parent, position, keepAlive); });
-    }
-    if (FAILED(outcome)) {
-      Deactivate();
-      return outcome;
-    }
-    clientSite_->ShowObject();
   }
+  if (!IsInPlaceActive()) return OLE_E_NOT_INPLACEACTIVE;
   window_->Show(true);
   return takeFocus ? TakeFocus() : S_OK;
 }
 
+// Every call on the container may come back here and end what it has just begun: what goes on afterwards has
+// to look whether the page is still to be activated.
+HRESULT PageControl::ActivateInPlace() {
+  const ComPtr<IOleClientSite> clientSite = clientSite_;
+  const ComPtr<IOleInPlaceSite> site = clientSite.As<IOleInPlaceSite>();
+  if (!site) return E_FAIL;
+  if (site->CanInPlaceActivate() != S_OK) return OLE_E_NOT_INPLACEACTIVE;
+  HWND parent = nullptr;
+  HRESULT outcome = site->GetWindow(&parent);
+  if (FAILED(outcome)) return outcome;
+  if (parent == nullptr || clientSite_.Get() != clientSite.Get() || inPlaceSite_) {
+    return OLE_E_NOT_INPLACEACTIVE;
+  }
+  inPlaceSite_ = site;
+  outcome = site->OnInPlaceActivate();
+  if (FAILED(outcome)) {
+    inPlaceSite_.Reset();
+    return outcome;
+  }
+  const auto goesOn = [&] { return inPlaceSite_.Get() == site.Get() && window_ == nullptr; };
+  if (!goesOn()) return OLE_E_NOT_INPLACEACTIVE;
+
+  ComPtr<IOleInPlaceFrame> frame;
+  ComPtr<IOleInPlaceUIWindow> uiWindow;
+  RECT position{};
+  RECT clip{};
+  OLEINPLACEFRAMEINFO frameInfo{};
+  frameInfo.cb = sizeof frameInfo;
+  // A container may have no frame and no window of its own: then there is nobody to tell.
+  outcome = site->GetWindowContext(frame.Receive(), uiWindow.Receive(), &position, &clip, &frameInfo);
+  std::unique_ptr<PageWindow> window;
+  if (SUCCEEDED(outcome) && goesOn()) {
+    // What the user does in the window may end with the container letting go of the control.
+    const auto keepAlive = [this] {
+      return std::make_shared<ComPtr<IUnknown>>(static_cast<IOutlookPropertiesPage*>(this));
+    };
+    outcome = Guarded(IID_IOleObject,
+                      [&] { window = std::make_unique<PageWindow>(Page(), parent, position, keepAlive); });
+  }
+  if (!goesOn()) return OLE_E_NOT_INPLACEACTIVE;
+  if (FAILED(outcome)) {
+    Deactivate();
+    return outcome;
+  }
+  frame_ = std::move(frame);
+  uiWindow_ = std::move(uiWindow);
+  window_ = std::move(window);
+  clientSite->ShowObject();
+  return S_OK;
+}
+
 HRESULT PageControl::TakeFocus() {
+  if (!IsInPlaceActive()) return OLE_E_NOT_INPLACEACTIVE;
   if (!uiActive_) {
-    const HRESULT outcome = inPlaceSite_->OnUIActivate();
-    if (FAILED(outcome)) return outcome;
+    const ComPtr<IOleInPlaceFrame> frame = frame_;
+    const ComPtr<IOleInPlaceUIWindow> uiWindow = uiWindow_;
     uiActive_ = true;
-    if (frame_) {
-      frame_->SetActiveObject(this, nullptr);
-      frame_->SetBorderSpace(nullptr);
+    const HRESULT outcome = ComPtr<IOleInPlaceSite>(inPlaceSite_)->OnUIActivate();
+    if (FAILED(outcome)) {
+      uiActive_ = false;
+      return outcome;
     }
-    if (uiWindow_) {
-      uiWindow_->SetActiveObject(this, nullptr);
-      uiWindow_->SetBorderSpace(nullptr);
+    for (IOleInPlaceUIWindow* place : {static_cast<IOleInPlaceUIWindow*>(frame.Get()), uiWindow.Get()}) {
+      if (place != nullptr && uiActive_) place->SetActiveObject(this, nullptr);
+      if (place != nullptr && uiActive_) place->SetBorderSpace(nullptr);
     }
   }
-  window_->SetFocus();
+  if (uiActive_ && IsInPlaceActive()) window_->SetFocus();
   return S_OK;
 }
 
 void PageControl::GiveUpFocus() {
   if (!uiActive_) return;
   uiActive_ = false;
-  if (uiWindow_) uiWindow_->SetActiveObject(nullptr, nullptr);
-  if (frame_) frame_->SetActiveObject(nullptr, nullptr);
-  if (inPlaceSite_) inPlaceSite_->OnUIDeactivate(FALSE);
+  const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
+  const ComPtr<IOleInPlaceFrame> frame = frame_;
+  if (const ComPtr<IOleInPlaceUIWindow> uiWindow = uiWindow_) uiWindow->SetActiveObject(nullptr, nullptr);
+  if (frame) frame->SetActiveObject(nullptr, nullptr);
+  if (site) site->OnUIDeactivate(FALSE);
 }
 
 void PageControl::Deactivate() {
+  // Whatever the container does in answer, it finds no active page any more.
+  std::unique_ptr<PageWindow> window = std::move(window_);
   GiveUpFocus();
-  window_.reset();
+  window.reset();
   frame_.Reset();
   uiWindow_.Reset();
   if (const ComPtr<IOleInPlaceSite> site = std::exchange(inPlaceSite_, nullptr)) site->OnInPlaceDeactivate();
@@ -87,7 +120,7 @@ STDMETHODIMP PageControl::ContextSensitiveHelp(BOOL /*enter*/) { return E_NOTIMP
 
 STDMETHODIMP PageControl::InPlaceDeactivate() {
   return Call(IID_IOleInPlaceObject, [&] {
-    if (!IsInPlaceActive()) return;
+    if (!inPlaceSite_) return;
     Deactivate();
     HidePage();
   });

@@ -35,12 +35,14 @@ void PageWindow::Move(const RECT& position, const RECT& clip) {
 
 void PageWindow::Show(bool visible) { ShowWindow(Handle(), visible ? SW_SHOWNA : SW_HIDE); }
 
-void PageWindow::SetFocus() { window_->TakeFocus(); }
+// These may end with this object gone.
 
-KeyOutcome PageWindow::Translate(const MSG& message) { return window_->Translate(message); }
+void PageWindow::SetFocus() { std::shared_ptr(window_)->TakeFocus(); }
+
+KeyOutcome PageWindow::Translate(const MSG& message) { return std::shared_ptr(window_)->Translate(message); }
 
 bool PageWindow::PressMnemonic(const MSG& message) {
-  return window_->PressAccessKey(static_cast<wchar_t>(message.wParam));
+  return std::shared_ptr(window_)->PressAccessKey(static_cast<wchar_t>(message.wParam));
 }
 
 SIZE PageWindow::PreferredSize() const { return window_->PreferredSize(); }

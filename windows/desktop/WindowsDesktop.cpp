@@ -40,6 +40,20 @@ UINT ButtonStyle(MessageButtons buttons) {
   return MB_OK;
 }
 
+/// The answer that changes least.
+MessageAnswer Refusal(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::Ok:
+      return MessageAnswer::Ok;
+    case MessageButtons::YesNo:
+      return MessageAnswer::No;
+    case MessageButtons::OkCancel:
+    case MessageButtons::YesNoCancel:
+      break;
+  }
+  return MessageAnswer::Cancel;
+}
+
 /// Error 5 for what the system did not do, with its reason.
 [[noreturn]] void ThrowRefused() {
   Error error = MakeError(ErrorNumber::InvalidProcedureCall);
@@ -85,7 +99,8 @@ class FileHandle {
 MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, MessageButtons buttons,
                                    const std::string& title) {
   const FocusKeeper focus;
-  const int pressed = MessageBoxW(GetActiveWindow(), ToUtf16(text).c_str(), ToUtf16(title).c_str(),
+  const HWND owner = GetActiveWindow();
+  const int pressed = MessageBoxW(owner, ToUtf16(text).c_str(), ToUtf16(title).c_str(),
                                   IconStyle(icon) | ButtonStyle(buttons));
   switch (pressed) {
     case IDOK:
@@ -97,6 +112,8 @@ MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, Me
     case IDNO:
       return MessageAnswer::No;
     default:
+      // The box has gone with the window that it belonged to: nobody has agreed to anything.
+      if (owner != nullptr && IsWindow(owner) == FALSE) return Refusal(buttons);
       ThrowRefused();
   }
 }

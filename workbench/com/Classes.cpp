@@ -31,16 +31,23 @@ class ClassFactory final : public ServerObject<IClassFactory> {
   Maker maker_;
 };
 
-/// Names a class for as long as somebody is logged on; a key of another kind would outlive a crash.
+constexpr const wchar_t* ClassesRoot = L"Software\\Classes";
+
+/// Names a class, for as long as somebody is logged on at most: a key of another kind would outlive a crash.
 bool NameClass(HKEY root, const std::wstring& name, const CLSID& id) {
-  std::wstring text(39, L'\0');
-  StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
-  const std::wstring place = L"Software\\Classes\\" + name + L"\\CLSID";
-  HKEY key = nullptr;
-  if (RegCreateKeyExW(root, place.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_SET_VALUE, nullptr, &key,
-                      nullptr) != ERROR_SUCCESS) {
+  // Made by itself if need be: below a key that goes with the session none could stay.
+  HKEY classes = nullptr;
+  if (RegCreateKeyExW(root, ClassesRoot, 0, nullptr, 0, KEY_CREATE_SUB_KEY, nullptr, &classes, nullptr) !=
+      ERROR_SUCCESS) {
     return false;
   }
+  HKEY key = nullptr;
+  const LSTATUS made = RegCreateKeyExW(classes, (name + L"\\CLSID").c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+                                       KEY_SET_VALUE, nullptr, &key, nullptr);
+  RegCloseKey(classes);
+  if (made != ERROR_SUCCESS) return false;
+  std::wstring text(39, L'\0');
+  StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
   const auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
   const LSTATUS written =
       RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size);
@@ -48,23 +55,14 @@ bool NameClass(HKEY root, const std::wstring& name, const CLSID& id) {
   return written == ERROR_SUCCESS;
 }
 
-/// The id under which the class is looked up: the one that is registered, whosever it is, since a class
-/// object of this process goes before it; else one of the workbench's own.
-CLSID IdOfClass(const wchar_t* name, const CLSID& ownId) {
-  CLSID id{};
-  if (SUCCEEDED(CLSIDFromProgID(name, &id))) return id;
-  // Not every system looks at the user's classes when asked for all of them.
-  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-    if (NameClass(root, name, ownId) && SUCCEEDED(CLSIDFromProgID(name, &id))) return id;
-  }
-  Check(CLSIDFromProgID(name, &id));
-  return id;
+void UnnameClass(HKEY root, const std::wstring& name) {
+  RegDeleteTreeW(root, (std::wstring(ClassesRoot) + L"\\" + name).c_str());
 }
 
 }  // namespace
 
-ComPtr<IUnknown> MakeClassFactory(Maker maker) {
-  return MakeObject<IClassFactory, ClassFactory>(std::move(maker)).As<IUnknown>();
+ComPtr<IUnknown> MakeClassFactory(const Maker& maker) {
+  return MakeObject<IClassFactory, ClassFactory>(maker).As<IUnknown>();
 }
 
 std::shared_ptr<Exports> Exports::Make(Workbench& workbench, const std::wstring& module) {
@@ -89,14 +87,32 @@ ClassRegistration::~ClassRegistration() { Revoke(); }
 
 void ClassRegistration::Add(const wchar_t* name, const CLSID& ownId, const ComPtr<IUnknown>& factory) {
   DWORD number = 0;
-  Check(CoRegisterClassObject(IdOfClass(name, ownId), factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
-                              &number));
+  Check(CoRegisterClassObject(FindOrName(name, ownId), factory.Get(), CLSCTX_INPROC_SERVER,
+                              REGCLS_MULTIPLEUSE, &number));
   registered_.push_back(number);
+}
+
+CLSID ClassRegistration::FindOrName(const wchar_t* name, const CLSID& ownId) {
+  CLSID id{};
+  if (SUCCEEDED(CLSIDFromProgID(name, &id))) return id;
+  // Not every system looks at the user's classes when asked for all of them.
+  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+    if (!NameClass(root, name, ownId)) continue;
+    if (SUCCEEDED(CLSIDFromProgID(name, &id))) {
+      named_.push_back({root, name});
+      return id;
+    }
+    UnnameClass(root, name);
+  }
+  Check(CLSIDFromProgID(name, &id));
+  return id;
 }
 
 void ClassRegistration::Revoke() {
   for (const DWORD number : registered_) CoRevokeClassObject(number);
   registered_.clear();
+  for (const Named& own : named_) UnnameClass(own.root, own.name);
+  named_.clear();
 }
 
 }  // namespace vexa::workbench

@@ -66,12 +66,22 @@ class ClassRegistration {
   ~ClassRegistration();
 
  private:
+  struct Named {
+    HKEY root;
+    std::wstring name;
+  };
+
   void Add(const wchar_t* name, const CLSID& ownId, const windows::ComPtr<IUnknown>& factory);
+  /// The id under which the class is looked up: the one that is registered, whosever it is, since a class
+  /// object of this process goes before it; else one of the workbench's own.
+  CLSID FindOrName(const wchar_t* name, const CLSID& ownId);
   void Revoke();
+
   std::vector<DWORD> registered_;
+  std::vector<Named> named_;  // in the registry, by this object
 };
 
 using Maker = std::function<windows::ComPtr<IUnknown>()>;
-windows::ComPtr<IUnknown> MakeClassFactory(Maker maker);
+windows::ComPtr<IUnknown> MakeClassFactory(const Maker& maker);
 
 }  // namespace vexa::workbench

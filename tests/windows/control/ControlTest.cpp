@@ -1,60 +1,17 @@
 // The control as a container that nobody here wrote might treat it: loaded from the module by its class, in
 // any order, with nothing where something is due.
 #include <gtest/gtest.h>
+#include <olectl.h>
 
 #include <thread>
 
 #include "Outlook.h"
 #include "VexaControls.h"
+#include "tests/windows/control/Module.h"
 #include "windows/com/Com.h"
 
 namespace vexa::windows {
 namespace {
-
-class Module {
- public:
-  Module() : handle_(LoadLibraryW(L"VexaControls.dll")) {}
-  Module(const Module&) = delete;
-  Module& operator=(const Module&) = delete;
-  ~Module() { FreeLibrary(handle_); }
-
-  template <typename Function>
-  Function* Export(const char* name) const {
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(handle_, name)));
-  }
-  ComPtr<IClassFactory> Factory() const {
-    void* factory = nullptr;
-    EXPECT_EQ(Export<decltype(DllGetClassObject)>("DllGetClassObject")(CLSID_OutlookPropertiesPage,
-                                                                       IID_IClassFactory, &factory),
-              S_OK);
-    return ComPtr<IClassFactory>::Attach(static_cast<IClassFactory*>(factory));
-  }
-  ComPtr<IOutlookPropertiesPage> CreatePage() const {
-    void* page = nullptr;
-    EXPECT_EQ(Factory()->CreateInstance(nullptr, __uuidof(IOutlookPropertiesPage), &page), S_OK);
-    return ComPtr<IOutlookPropertiesPage>::Attach(static_cast<IOutlookPropertiesPage*>(page));
-  }
-  bool CanUnload() const { return Export<HRESULT STDMETHODCALLTYPE()>("DllCanUnloadNow")() == S_OK; }
-
- private:
-  HMODULE handle_;
-};
-
-class Apartment {
- public:
-  Apartment() { EXPECT_EQ(OleInitialize(nullptr), S_OK); }
-  ~Apartment() { OleUninitialize(); }
-};
-
-/// Number and description that a failed call left behind.
-std::string LastError(HRESULT result) {
-  try {
-    Check(result);
-  } catch (const Error& error) {
-    return std::to_string(error.Number) + " " + error.Description;
-  }
-  return "no error";
-}
 
 class ControlTest : public testing::Test {
  protected:

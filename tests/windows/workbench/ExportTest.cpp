@@ -6,7 +6,7 @@
 #include <functional>
 #include <utility>
 
-#include "tests/windows/TestModule.h"
+#include "tests/windows/Bench.h"
 #include "windows/adapters/Adapters.h"
 #include "windows/com/LateBound.h"
 #include "workbench/Settings.h"
@@ -19,42 +19,6 @@ namespace {
 using windows::ComPtr;
 using windows::LateBound;
 using windows::OwnedVariant;
-
-/// A mailbox with two folders and a store of public folders with one.
-Profile SmallProfile() {
-  Profile profile;
-  World& world = profile.world;
-  const uint32_t mailbox = world.AddStore("AA01", StoreKind::Mailbox);
-  const uint32_t shared = world.AddStore("BB02", StoreKind::PublicFolders);
-  const FolderIndex root = world.AddFolder(mailbox, NoFolder, "Mailbox", "M1", ItemType::Mail);
-  world.defaultFolders[6] = world.AddFolder(mailbox, root, "Inbox", "M2", ItemType::Mail);
-  world.AddFolder(mailbox, root, "Contacts", "M3", ItemType::Contact);
-  const FolderIndex top = world.AddFolder(shared, NoFolder, "Public Folders", "P1", ItemType::Mail);
-  world.AddFolder(shared, top, "Kunden \xC3\x84\xC3\x96", "P2", ItemType::Contact);
-  profile.addin.path = "C:\\Program Files\\Vexa";
-  profile.addin.aboutInfo = "about";
-  profile.addin.delayAvailable = true;
-  return profile;
-}
-
-class FixedAnswers final : public UserAnswers {
- public:
-  std::optional<FolderIndex> PickFolder() override { return picked; }
-  MessageAnswer AnswerMessage(const std::string&, MessageButtons) override { return MessageAnswer::Ok; }
-  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
-  int32_t OpenDocument(const std::string&) override { return 0; }
-  void Seen(const std::string&) override {}
-
-  std::optional<FolderIndex> picked;
-};
-
-/// A workbench with its exports; everything exported must be released before it goes.
-struct Bench {
-  CallLog calls;
-  FixedAnswers user;
-  Workbench workbench{SmallProfile(), "", calls, user};
-  ExportsRef exports = Exports::Make(workbench, windows::TestedModulePath());
-};
 
 class Export : public testing::Test {
  protected:
@@ -263,13 +227,16 @@ void CallSession(Answers& answers, FixedAnswers& user, NameSpace& session, Utili
 }
 
 void CallMonitoredFolder(Answers& answers, AddinObjectFactory& objects) {
-  const std::shared_ptr<MonitoredFolder> folder = objects.CreateMonitoredFolder();
-  folder->LetEntryID("E");
-  folder->LetStoreID("S");
-  folder->LetItemTypes(5);
+  std::shared_ptr<MonitoredFolder> folder;
+  answers.Call("New MonitoredFolder",
+               [&] { return folder = objects.CreateMonitoredFolder(), std::string(); });
+  if (folder == nullptr) return;
+  answers.Call("EntryID=", [&] { return folder->LetEntryID("E"), std::string(); });
+  answers.Call("StoreID=", [&] { return folder->LetStoreID("S"), std::string(); });
+  answers.Call("ItemTypes=", [&] { return folder->LetItemTypes(5), std::string(); });
   answers.Call("ids", [&] { return folder->GetEntryID() + folder->GetStoreID(); });
-  folder->SetMailDefaults(true);
-  folder->LetFlag(4, false);
+  answers.Call("SetMailDefaults", [&] { return folder->SetMailDefaults(true), std::string(); });
+  answers.Call("Flag=", [&] { return folder->LetFlag(4, false), std::string(); });
   answers.Call("types", [&] { return TextOf(folder->GetItemTypes()) + TextOf(folder->GetFlag(1)); });
   answers.Call("masks", [&] {
     return TextOf(folder->MaskFromResId(150)) + " " + TextOf(int32_t{folder->ResIdFromMask(8)}) + " " +

@@ -1,0 +1,498 @@
+// The page's life in containers of all manners: what they leave out, in which order they do things, and what
+// they do in the middle of a call. Whatever they do, nothing crashes, everything is released, and no window
+// stays disabled.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+#include "tests/windows/Bench.h"
+#include "tests/windows/Modals.h"
+#include "tests/windows/control/Container.h"
+#include "tests/windows/control/Handles.h"
+#include "tests/windows/control/Module.h"
+
+namespace vexa::windows {
+namespace {
+
+using workbench::Bench;
+using workbench::ClassRegistration;
+using workbench::LivingObjects;
+using workbench::ProfileWithFolderSet;
+
+constexpr const char* NoObject = "Object variable not set";
+
+class ContainerTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    classes_.reset();
+    bench_.reset();
+    EXPECT_EQ(LivingObjects::Count(), 0) << "an object of the add-in was not released";
+    EXPECT_TRUE(module_.CanUnload()) << "an object of the module lives on";
+  }
+
+  ComPtr<IOutlookPropertiesPage> CreatePage() const { return module_.CreatePage(); }
+  HRESULT Initialize(IOutlookPropertiesPage& page) {
+    VARIANT_BOOL again = VARIANT_FALSE;
+    return page.Initialize(bench_->exports->Addin().Get(), &again);
+  }
+  /// A page in a container, initialised by the add-in.
+  void Open(Container& container) {
+    container.Embed(CreatePage());
+    ASSERT_EQ(Initialize(container.Page()), S_OK);
+    container.Pump();
+  }
+  workbench::SettingsData* WorkingCopy() const { return bench_->workbench.WorkingCopy(); }
+  workbench::SettingsData& Stored() { return bench_->workbench.profile.settings; }
+  static bool Contains(const std::vector<std::string>& calls, const std::string& call) {
+    return std::find(calls.begin(), calls.end(), call) != calls.end();
+  }
+  /// How often the add-in was told that the page is closed.
+  int TimesClosed() const {
+    const auto& lines = bench_->calls.Lines();
+    return static_cast<int>(std::count(lines.begin(), lines.end(), "App.SetOptionsPageOpen(False)"));
+  }
+
+  Apartment apartment_;
+  Module module_;
+  std::optional<Bench> bench_{std::in_place, ProfileWithFolderSet()};
+  std::unique_ptr<ClassRegistration> classes_ = std::make_unique<ClassRegistration>(bench_->exports);
+};
+
+TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
+  Container container;
+  Open(container);
+  EXPECT_EQ(container.calls, (std::vector<std::string>{"CanInPlaceActivate", "OnInPlaceActivate",
+                                                       "GetWindowContext", "ShowObject"}));
+  ASSERT_NE(container.PageWindow(), nullptr);
+  EXPECT_NE(IsWindowVisible(container.PageWindow()), FALSE);
+  EXPECT_NE(IsWindowVisible(container.Control("cmdChange")), FALSE);
+  EXPECT_NE(IsWindowEnabled(container.Control("cmdChange")), FALSE) << "there is a folder set";
+  const HWND window = container.PageWindow();
+
+  container.calls.clear();
+  EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  EXPECT_EQ(container.calls, (std::vector<std::string>{"OnUIActivate", "SetActiveObject", "SetBorderSpace"}));
+  EXPECT_EQ(NameOf(GetFocus()), "gd") << "the first control has the keyboard";
+
+  container.calls.clear();
+  container.LetGo();
+  EXPECT_EQ(container.calls,
+            (std::vector<std::string>{"SetActiveObject null", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(IsWindow(window), FALSE);
+  EXPECT_EQ(TimesClosed(), 1);
+  EXPECT_EQ(WorkingCopy(), nullptr);
+}
+
+TEST_F(ContainerTest, InitialisedBeforeItIsSited) {
+  const ComPtr<IOutlookPropertiesPage> page = CreatePage();
+  ASSERT_EQ(Initialize(*page.Get()), S_OK);
+  ASSERT_EQ(page->SetDirty(), S_OK);
+  Container container;
+  container.Embed(page);
+  container.Pump();
+  EXPECT_NE(IsWindowEnabled(container.Control("cmdChange")), FALSE);
+  ASSERT_EQ(page->SetDirty(), S_OK);
+  EXPECT_TRUE(Contains(container.calls, "OnStatusChange"));
+}
+
+TEST_F(ContainerTest, NeverShown) {
+  {
+    const ComPtr<IOutlookPropertiesPage> page = CreatePage();
+    ASSERT_EQ(Initialize(*page.Get()), S_OK);
+  }
+  EXPECT_EQ(TimesClosed(), 1) << "release hides";
+  Container container;
+  container.Site(CreatePage());
+  ASSERT_EQ(Initialize(container.Page()), S_OK);
+  container.LetGo();
+  EXPECT_EQ(TimesClosed(), 2);
+}
+
+TEST_F(ContainerTest, HiddenAndShownAgain) {
+  Container container;
+  Open(container);
+  EXPECT_EQ(container.DoVerb(OLEIVERB_HIDE), S_OK);
+  EXPECT_EQ(IsWindowVisible(container.PageWindow()), FALSE);
+  EXPECT_EQ(TimesClosed(), 1);
+  EXPECT_EQ(WorkingCopy(), nullptr) << "hiding drops the working copy";
+  EXPECT_EQ(LastError(container.Page().FillTrackedContacts()), std::string("91 ") + NoObject);
+  VARIANT_BOOL again = VARIANT_TRUE;
+  EXPECT_EQ(LastError(container.Page().Initialize(nullptr, &again)), std::string("91 ") + NoObject);
+  EXPECT_EQ(container.Page().PropertyPage_Apply(), S_OK);
+
+  EXPECT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
+  EXPECT_NE(IsWindowVisible(container.PageWindow()), FALSE);
+  Modals modals;
+  modals.Answer(NoObject, IDOK);
+  container.Click("cmdAbout");
+  ASSERT_EQ(Initialize(container.Page()), S_OK);
+  EXPECT_NE(WorkingCopy(), nullptr);
+}
+
+TEST_F(ContainerTest, AnotherTabKeepsTheWorkingCopy) {
+  Container container;
+  Open(container);
+  EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  const Modals modals;
+  container.Click("cmdRemove");
+  EXPECT_TRUE(Contains(container.calls, "OnStatusChange"));
+  workbench::SettingsData* const copy = WorkingCopy();
+  ASSERT_NE(copy, nullptr);
+  EXPECT_EQ(copy->FolderSetCount, 0);
+  for (int i = 0; i < 3; ++i) {
+    ShowWindow(container.Area(), SW_HIDE);
+    EXPECT_EQ(container.PageAs<IOleInPlaceObject>()->UIDeactivate(), S_OK);
+    SetFocus(container.Behind());
+    container.Pump();
+    ShowWindow(container.Area(), SW_SHOW);
+    EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    container.Pump();
+  }
+  EXPECT_EQ(WorkingCopy(), copy);
+  EXPECT_EQ(TimesClosed(), 0);
+  EXPECT_EQ(Stored().FolderSetCount, 1);
+  EXPECT_EQ(container.Page().PropertyPage_Apply(), S_OK);
+  EXPECT_EQ(Stored().FolderSetCount, 0);
+}
+
+// --- what a container may leave out
+
+TEST_F(ContainerTest, PoorContainers) {
+  using Offers = Container::Offers;
+  const std::vector<std::pair<const char*, Offers>> poor = {
+      {"no page site", {.pageSite = false}},
+      {"no ambient properties", {.automation = false}},
+      {"no control site", {.controlSite = false}},
+      {"no frame", {.context = Container::Context::WithoutFrame}},
+      {"nothing at all",
+       {.controlSite = false,
+        .automation = false,
+        .pageSite = false,
+        .context = Container::Context::WithoutFrame}},
+  };
+  for (const auto& [name, offers] : poor) {
+    SCOPED_TRACE(name);
+    Container container(offers);
+    Open(container);
+    ASSERT_NE(container.PageWindow(), nullptr);
+    EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    Modals modals;
+    modals.Press(VK_ESCAPE);
+    container.Click("cmdChange");
+    container.Click("cmdRemove");
+    EXPECT_EQ(WorkingCopy()->FolderSetCount, 0);
+    EXPECT_EQ(Contains(container.calls, "OnStatusChange"), offers.pageSite);
+    for (int i = 0; i < 12; ++i) container.Press(VK_TAB);
+    container.Press(VK_TAB, true);
+    EXPECT_EQ(container.DoVerb(OLEIVERB_HIDE), S_OK);
+  }
+}
+
+TEST_F(ContainerTest, ContainersThatRefuse) {
+  using Offers = Container::Offers;
+  const std::vector<std::pair<const char*, Offers>> refusing = {
+      {"no in-place site", {.inPlace = false}},
+      {"the context fails", {.context = Container::Context::Fails}},
+      {"may not be activated", {.canActivate = S_FALSE}},
+      {"activation fails", {.activate = E_FAIL}},
+      {"no window", {.noWindow = true}},
+  };
+  for (const auto& [name, offers] : refusing) {
+    SCOPED_TRACE(name);
+    Container container(offers);
+    container.Site(CreatePage());
+    EXPECT_TRUE(FAILED(container.DoVerb(OLEIVERB_INPLACEACTIVATE)));
+    EXPECT_TRUE(FAILED(container.DoVerb(OLEIVERB_UIACTIVATE)));
+    EXPECT_EQ(container.PageWindow(), nullptr);
+    EXPECT_EQ(std::count(container.calls.begin(), container.calls.end(), "OnInPlaceActivate") -
+                  (offers.activate == S_OK ? 0 : 2),
+              std::count(container.calls.begin(), container.calls.end(), "OnInPlaceDeactivate"))
+        << "every activation that began was taken back";
+    EXPECT_EQ(Initialize(container.Page()), S_OK) << "the page works all the same";
+    EXPECT_EQ(container.Page().SetDirty(), S_OK);
+  }
+  Container container(Container::Offers{.uiActivate = E_FAIL});
+  container.Site(CreatePage());
+  EXPECT_TRUE(FAILED(container.DoVerb(OLEIVERB_UIACTIVATE)));
+  EXPECT_FALSE(Contains(container.calls, "SetActiveObject"));
+}
+
+// --- the order in which a container lets go
+
+TEST_F(ContainerTest, LetsGoInAnyOrder) {
+  using Step = void (*)(Container&);
+  static constexpr Step close = [](Container& container) {
+    if (const auto object = container.PageAs<IOleObject>()) object->Close(OLECLOSE_NOSAVE);
+  };
+  static constexpr Step unsite = [](Container& container) {
+    if (const auto object = container.PageAs<IOleObject>()) object->SetClientSite(nullptr);
+  };
+  static constexpr Step deactivate = [](Container& container) {
+    if (const auto object = container.PageAs<IOleInPlaceObject>()) object->InPlaceDeactivate();
+  };
+  static constexpr Step uiDeactivate = [](Container& container) {
+    if (const auto object = container.PageAs<IOleInPlaceObject>()) object->UIDeactivate();
+  };
+  static constexpr Step hide = [](Container& container) {
+    if (const auto object = container.PageAs<IOleObject>()) {
+      object->DoVerb(OLEIVERB_HIDE, nullptr, nullptr, 0, nullptr, nullptr);
+    }
+  };
+  static constexpr Step destroy = [](Container& container) { container.DestroyWindows(); };
+  static constexpr Step forget = [](Container& container) { container.Forget(); };
+  const std::vector<std::vector<Step>> orders = {
+      {forget},
+      {forget, destroy},
+      {destroy, forget},
+      {destroy, close, unsite, forget},
+      {destroy, unsite, close, forget},
+      {destroy, deactivate, hide, forget},
+      {unsite, forget, destroy},
+      {unsite, close, deactivate, forget},
+      {unsite, hide, destroy, forget},
+      {close, destroy, unsite, forget},
+      {hide, deactivate, close, unsite, forget},
+      {deactivate, deactivate, close, close, forget, destroy},
+      {uiDeactivate, destroy, uiDeactivate, forget},
+      {close, deactivate, uiDeactivate, hide, unsite, unsite, forget},
+  };
+  const Modals modals;
+  for (size_t order = 0; order < orders.size(); ++order) {
+    for (const bool focused : {false, true}) {
+      SCOPED_TRACE(std::to_string(order) + (focused ? " focused" : ""));
+      const int closed = TimesClosed();
+      {
+        Container container;
+        Open(container);
+        if (focused) {
+          EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+          container.Pump();
+        }
+        for (const Step step : orders[order]) {
+          step(container);
+          container.Pump();
+        }
+        EXPECT_TRUE(module_.CanUnload()) << "the last reference was the last";
+      }
+      EXPECT_EQ(TimesClosed(), closed + 1) << "the add-in is told once";
+    }
+  }
+}
+
+TEST_F(ContainerTest, WindowDestroyedAndShownAnew) {
+  Container container;
+  Open(container);
+  DestroyWindow(container.PageWindow());
+  EXPECT_EQ(container.PageWindow(), nullptr) << "a page without its window has none to show";
+  EXPECT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
+  ASSERT_NE(container.PageWindow(), nullptr);
+  EXPECT_NE(IsWindowVisible(container.Control("cmdChange")), FALSE);
+  EXPECT_NE(IsWindowEnabled(container.Control("cmdChange")), FALSE) << "the page is as it was";
+}
+
+// --- what a container does in the middle of a call
+
+using Deed = std::function<void(Container&)>;
+
+std::vector<std::pair<std::string, Deed>> Deeds() {
+  return {
+      {"close", [](Container& container) { container.PageAs<IOleObject>()->Close(OLECLOSE_NOSAVE); }},
+      {"unsite", [](Container& container) { container.PageAs<IOleObject>()->SetClientSite(nullptr); }},
+      {"deactivate",
+       [](Container& container) { container.PageAs<IOleInPlaceObject>()->InPlaceDeactivate(); }},
+      {"UI-deactivate", [](Container& container) { container.PageAs<IOleInPlaceObject>()->UIDeactivate(); }},
+      {"hide", [](Container& container) { container.DoVerb(OLEIVERB_HIDE); }},
+      {"show", [](Container& container) { container.DoVerb(OLEIVERB_SHOW); }},
+      {"let go", [](Container& container) { container.LetGo(); }},
+      {"release", [](Container& container) { container.Forget(); }},
+      {"destroy the windows", [](Container& container) { container.DestroyWindows(); }},
+      {"destroy the windows and release",
+       [](Container& container) {
+         container.DestroyWindows();
+         container.Forget();
+       }},
+  };
+}
+
+TEST_F(ContainerTest, ActsWhileItIsCalled) {
+  const Modals modals;
+  for (const std::string call : {"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "ShowObject",
+                                 "OnUIActivate", "SetActiveObject", "SetBorderSpace", "OnStatusChange",
+                                 "SetActiveObject null", "OnUIDeactivate", "OnInPlaceDeactivate"}) {
+    for (const auto& [name, deed] : Deeds()) {
+      SCOPED_TRACE(call + ": " + name);
+      Container container;
+      bool done = false;
+      container.During(call, [&] {
+        done = true;
+        if (container.PageAs<IUnknown>()) deed(container);
+      });
+      // What becomes of each call is not foreseen here, only that it comes to an end.
+      container.Site(CreatePage());
+      const ComPtr<IOutlookPropertiesPage> page = container.PageAs<IOutlookPropertiesPage>();
+      Initialize(*page.Get());
+      const auto stillIn = [&] { return container.PageAs<IUnknown>() != nullptr; };
+      if (stillIn()) container.DoVerb(OLEIVERB_INPLACEACTIVATE);
+      if (stillIn()) container.DoVerb(OLEIVERB_UIACTIVATE);
+      container.Pump();
+      page->SetDirty();
+      container.Pump();
+      if (stillIn()) container.PageAs<IOleInPlaceObject>()->InPlaceDeactivate();
+      if (stillIn()) container.LetGo();
+      container.Pump();
+      EXPECT_TRUE(done) << "the call never came";
+    }
+  }
+}
+
+TEST_F(ContainerTest, ActsWhileTheUserRemovesAFolderSet) {
+  const Modals modals;
+  for (const auto& [name, deed] : Deeds()) {
+    SCOPED_TRACE(name);
+    Container container;
+    Open(container);
+    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    bool done = false;
+    container.During("OnStatusChange", [&] {
+      done = true;
+      deed(container);
+    });
+    container.Click("cmdRemove");
+    EXPECT_TRUE(done);
+  }
+}
+
+TEST_F(ContainerTest, ActsWhileADialogIsOpen) {
+  for (const auto& [name, deed] : Deeds()) {
+    SCOPED_TRACE(name);
+    Container container;
+    Open(container);
+    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    const HWND top = container.Top();
+    Modals modals;
+    modals.Then([&, act = deed](HWND front) {
+      EXPECT_EQ(IsWindowEnabled(top), FALSE) << "the dialog is modal";
+      act(container);
+      if (IsWindow(front) != FALSE) PostMessageW(front, WM_CLOSE, 0, 0);
+    });
+    container.Click("cmdChange");
+    EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
+  }
+}
+
+TEST_F(ContainerTest, ActsWhileAMessageBoxIsOpen) {
+  for (const auto& [name, deed] : Deeds()) {
+    SCOPED_TRACE(name);
+    Container container;
+    Open(container);
+    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    Modals modals;
+    modals.Then([&, act = deed](HWND front) {
+      EXPECT_TRUE(IsMessageBox(front));
+      act(container);
+      if (IsWindow(front) != FALSE) PostMessageW(GetDlgItem(front, IDCANCEL), BM_CLICK, 0, 0);
+    });
+    container.Click("cmdRestoreDialogs");
+    EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
+  }
+}
+
+TEST_F(ContainerTest, TheAddinLosesThePageWhileItApplies) {
+  Container container;
+  Open(container);
+  // The add-in asks for its settings again in the middle of Apply: so many calls on the way, all of which
+  // fail.
+  Modals modals;
+  container.Click("cmdRemove");
+  bench_->calls.PlanFault("App.ApplySettings", 1, Error(1234, "cannot", "VexaAddin"));
+  EXPECT_EQ(container.Page().PropertyPage_Apply(), S_OK) << "a failure is nobody's business";
+  EXPECT_EQ(Stored().FolderSetCount, 1);
+  EXPECT_EQ(WorkingCopy()->FolderSetCount, 0) << "what was changed is still there";
+  EXPECT_EQ(container.Page().PropertyPage_Apply(), S_OK);
+  EXPECT_EQ(Stored().FolderSetCount, 0);
+}
+
+// --- keys across the border
+
+TEST_F(ContainerTest, TabGoesThroughThePageAndOnInTheContainer) {
+  Container container;
+  Open(container);
+  const Modals modals;
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  std::vector<std::string> forwards;
+  while (IsChild(container.Area(), GetFocus()) != FALSE && forwards.size() < 30) {
+    forwards.push_back(NameOf(GetFocus()));
+    container.Press(VK_TAB);
+  }
+  EXPECT_EQ(GetFocus(), container.Behind());
+  EXPECT_EQ(forwards.front(), "gd");
+  EXPECT_EQ(forwards.back(), "cmdHelp");
+  EXPECT_GE(forwards.size(), 8U);
+
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  std::vector<std::string> backwards;
+  while (IsChild(container.Area(), GetFocus()) != FALSE && backwards.size() < 30) {
+    backwards.push_back(NameOf(GetFocus()));
+    container.Press(VK_TAB, true);
+  }
+  EXPECT_EQ(GetFocus(), container.Before());
+  // The form had kept the focus on its last control.
+  EXPECT_EQ(backwards, std::vector<std::string>(forwards.rbegin(), forwards.rend()));
+}
+
+TEST_F(ContainerTest, MnemonicsReachThePage) {
+  Container container;
+  Open(container);
+  const auto press = [&](wchar_t letter) {
+    MSG message{};
+    message.hwnd = container.Top();
+    message.message = WM_SYSCHAR;
+    message.wParam = letter;
+    message.lParam = 1 << 29;
+    return container.PageAs<IOleControl>()->OnMnemonic(&message);
+  };
+  const std::wstring caption = TextOfWindow(container.Control("cmdAbout"));
+  const wchar_t letter = caption[caption.find(L'&') + 1];
+  Modals modals;
+  modals.Press(VK_ESCAPE);
+  EXPECT_EQ(press(letter), S_OK);
+  EXPECT_EQ(press(L'#'), S_FALSE);
+}
+
+// --- whole lives
+
+class Lives : public ContainerTest {
+ protected:
+  /// Opens the page, removes nothing, opens a dialog and cancels it, ends the page.
+  void Live() {
+    Container container;
+    Open(container);
+    EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+    Modals modals;
+    modals.Press(VK_ESCAPE);
+    container.Click("cmdChange");
+    container.Click("cmdRemove");
+  }
+};
+
+TEST_F(Lives, AThousandLeaveEverythingAsItWas) {
+  for (int i = 0; i < 10; ++i) Live();  // what is kept for the whole process is there now
+  const HandleCounts before = CountHandles();
+  EXPECT_GT(before.user, 0);
+  EXPECT_GT(before.gdi, 0);
+  const LONG objects = LivingObjects::Count();
+  bench_->calls.SetRecording(false);
+  for (int i = 0; i < 1000; ++i) {
+    Live();
+    ASSERT_TRUE(module_.CanUnload()) << "after " << i + 1;
+    ASSERT_EQ(LivingObjects::Count(), objects) << "after " << i + 1;
+  }
+  const HandleCounts after = CountHandles();
+  EXPECT_EQ(after.user, before.user);
+  EXPECT_EQ(after.gdi, before.gdi);
+}
+
+}  // namespace
+}  // namespace vexa::windows
