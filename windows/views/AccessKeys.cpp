@@ -12,11 +12,6 @@
 namespace vexa::windows {
 namespace {
 
-bool IsField(ControlKind kind) {
-  return kind == ControlKind::TextBox || kind == ControlKind::Slider || kind == ControlKind::Grid ||
-         kind == ControlKind::Tree;
-}
-
 bool IsProse(const Layout& layout, const Control& control) {
   const Box* box = FindBox(layout.content, control.Name());
   return box != nullptr && box->prose;
@@ -58,6 +53,11 @@ size_t PositionOf(std::wstring_view text, wchar_t key) {
 }
 
 }  // namespace
+
+bool IsField(ControlKind kind) {
+  return kind == ControlKind::TextBox || kind == ControlKind::Slider || kind == ControlKind::Grid ||
+         kind == ControlKind::Tree;
+}
 
 /// A control that wants a letter, with those that it can have, best first.
 struct AccessKeys::Wish {
@@ -173,7 +173,7 @@ const Control* NamingControl(const Form& form, const Layout& layout, const Contr
   bool adjacent = true;
   for (const Control* control : before) {
     const ControlKind kind = control->Kind();
-    if (kind == ControlKind::Section) return control;
+    if (kind == ControlKind::Section || (adjacent && kind == ControlKind::Frame)) return control;
     if (adjacent && kind == ControlKind::CheckBox) return control;
     if (adjacent && kind == ControlKind::Label && !IsProse(layout, *control)) return control;
     adjacent = false;

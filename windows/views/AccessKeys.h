@@ -34,8 +34,11 @@ class AccessKeys {
   std::map<wchar_t, Control*> targets_;
 };
 
-/// The control whose caption names `field`, a control without a text of its own: the label or check box
-/// before it, else the section that it stands in. Null when there is none, and for other controls.
+/// Whether controls of this kind have no text of their own to be named by.
+bool IsField(ControlKind kind);
+
+/// The control whose caption names `field`: the label, check box or frame before it, else the section that it
+/// stands in. Null when there is none, and for other controls.
 const Control* NamingControl(const Form& form, const Layout& layout, const Control& field);
 
 /// A window's text as the user reads it: without the mark, ampersands single. For controls whose texts

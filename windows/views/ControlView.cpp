@@ -38,7 +38,8 @@ bool IsNamedByWindowBefore(const Form& form, const Control& naming, const Contro
 
 void ControlView::Create(const wchar_t* windowClass, DWORD style, DWORD extendedStyle) {
   const Control* naming = NamingControl(host_.Shown(), host_.ShownLayout(), control_);
-  if (naming != nullptr && !IsNamedByWindowBefore(host_.Shown(), *naming, control_)) {
+  if (IsField(control_.Kind()) &&
+      (naming == nullptr || !IsNamedByWindowBefore(host_.Shown(), *naming, control_))) {
     // Fields have no text of their own: assistive software reads the label before, seen or not.
     hiddenName_ = Verified(CreateWindowExW(0, L"STATIC", AccessibleName().c_str(), WS_CHILD, 0, 0, 0, 0,
                                            host_.Window(), nullptr, host_.Module(), nullptr),
@@ -76,7 +77,7 @@ void ControlView::Forget() {
 
 std::wstring ControlView::AccessibleName() const {
   const Control* naming = NamingControl(host_.Shown(), host_.ShownLayout(), control_);
-  return ToUtf16(naming == nullptr ? control_.Caption() : naming->Caption());
+  return ToUtf16(naming == nullptr ? host_.Shown().Caption() : naming->Caption());
 }
 
 void ControlView::Sync() {

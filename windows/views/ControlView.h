@@ -77,7 +77,7 @@ class ControlView : public Measured {
   void Create(const wchar_t* windowClass, DWORD style, DWORD extendedStyle = 0);
   /// The text that the window has; what is seen of it is the kind's business.
   virtual std::wstring WindowText() const { return host_.Keys().MarkedCaption(control_); }
-  /// The caption, for fields that of the control which names them.
+  /// What a field is called: the caption of the control that names it, else that of the form.
   std::wstring AccessibleName() const;
   /// A message to the window, before the window itself. False: let the window have it.
   virtual bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);

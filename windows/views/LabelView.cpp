@@ -7,7 +7,8 @@ namespace {
 class LabelView final : public ControlView {
  public:
   LabelView(ViewHost& host, Label& label) : ControlView(host, label) {
-    Create(WC_STATICW, SS_LEFT);
+    const Box* const box = FindBox(host.ShownLayout().content, label.Name());
+    Create(WC_STATICW, box != nullptr && box->centred ? SS_CENTER : SS_LEFT);
     LabelView::Sync();
   }
 

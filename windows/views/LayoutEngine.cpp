@@ -8,6 +8,8 @@ namespace {
 
 /// A wrapped paragraph never asks for more than this, in dialog units.
 constexpr int ProseWidth = 100;
+/// From a slider's edge to the middle of its thumb at the first position, at 96 dpi.
+constexpr int SliderInset = 13;
 
 int Total(const std::vector<int>& values) { return std::accumulate(values.begin(), values.end(), 0); }
 
@@ -214,6 +216,11 @@ void LayoutEngine::Place(const Box& box, const RECT& given, std::vector<Placemen
     case Box::Kind::Filler:
       return;
     case Box::Kind::Control:
+      if (box.overColumns > 0) {
+        const int inset = WidthOf(area) / (2 * box.overColumns) - typeface_.Scale(SliderInset);
+        area.left += inset;
+        area.right -= inset;
+      }
       placements.push_back({find_(box.control), area});
       return;
     case Box::Kind::Framed: {

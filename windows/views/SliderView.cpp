@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "windows/views/ControlViews.h"
 #include "windows/views/Handles.h"
 
@@ -5,6 +7,7 @@ namespace vexa::windows {
 namespace {
 
 constexpr int WidthUnits = 80;
+constexpr int MostTicks = 16;
 constexpr int Height = 30;  // at 96 dpi
 
 class SliderView final : public ControlView {
@@ -13,8 +16,10 @@ class SliderView final : public ControlView {
     Create(TRACKBAR_CLASSW, TBS_HORZ | TBS_AUTOTICKS | WS_TABSTOP);
     Send(Window(), TBM_SETRANGEMIN, FALSE, slider.Minimum());
     Send(Window(), TBM_SETRANGEMAX, TRUE, slider.Maximum());
+    const int range = slider.Maximum() - slider.Minimum();
+    Send(Window(), TBM_SETTICFREQ, std::max(range / MostTicks, 1));
     Send(Window(), TBM_SETLINESIZE, 0, 1);
-    Send(Window(), TBM_SETPAGESIZE, 0, 1);
+    Send(Window(), TBM_SETPAGESIZE, 0, std::max(range / MostTicks, 1));
     SliderView::Sync();
   }
 

@@ -7,7 +7,10 @@
 namespace vexa::windows {
 
 const Layout& FindLayout(std::string_view form) {
-  for (const auto layout : {LayoutOfOutlookPropertiesPage, LayoutOfFrmEditFolderset, LayoutOfFrmAbout}) {
+  for (const auto layout :
+       {LayoutOfOutlookPropertiesPage, LayoutOfFrmEditFolderset, LayoutOfFrmAbout, LayoutOfFrmTrackingOptions,
+        LayoutOfFrmFolders, LayoutOfFrmSharedFolders, LayoutOfFrmAdvanced, LayoutOfFrmCacheAdjust,
+        LayoutOfFrmBackgroundAdjust, LayoutOfFrmNotice}) {
     if (layout().form == form) return layout();
   }
   Error error = MakeError(ErrorNumber::InternalError);

@@ -13,12 +13,15 @@ const Layout& LayoutOfOutlookPropertiesPage() {
       .content = Column({
           Item("opsTrackedContacts"),
           Column({
-              Prose("lblTrackedContacts"),
-              Row({
-                  Item("gd").Wide().FillsRow().Lines(6),
-                  Column({Item("cmdAdd"), Item("cmdChange"), Item("cmdRemove")}).FillsRow(),
-              }).High(),
-          }).High().Indent(distance::UnderSection),
+                     Prose("lblTrackedContacts"),
+                     Row({
+                             Item("gd").Wide().FillsRow().Lines(6),
+                             Column({Item("cmdAdd"), Item("cmdChange"), Item("cmdRemove")}).FillsRow(),
+                         })
+                         .High(),
+                 })
+              .High()
+              .Indent(distance::UnderSection),
           Item("opsTrackingOptions").Gap(distance::Sections),
           Row({Prose("lblTrackingOptions"), Item("cmdTracking")}).Indent(distance::UnderSection),
           Item("opsOther").Gap(distance::Sections),
