@@ -48,7 +48,7 @@ std::optional<uint32_t> GeneratedFolders::NumberOf(std::string_view entryID) con
   for (const char digit : entryID.substr(IdDigits)) {
     const auto value = std::string_view("0123456789ABCDEF0123456789abcdef").find(digit);
     if (value == std::string_view::npos) return std::nullopt;
-    number = number * 16 + value % 16;
+    number = (number << 4U) | static_cast<uint32_t>(value % 16);
   }
   if (number >= count || !SameName(EntryIdOf(number), entryID)) return std::nullopt;
   return number;
