@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 
+#include "dialogs/frmFolders.h"
 #include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
 
@@ -231,6 +232,56 @@ TEST(FaultSweep, TrackingOptionsWriteNothingWhenGivenUpWhateverFails) {
   Sweep(14, prepare, giveUp, [](Scene& scene) {
     EXPECT_EQ(scene.Writes(), "");
     EXPECT_FALSE(scene.Page().SearchNowPending);
+  });
+}
+
+TEST(FaultSweep, TheFolderPickerLeavesTheTrackingOptionsUsable) {
+  const auto prepare = [](Scene& scene) {
+    SettingsData& settings = scene.stage.workbench.profile.settings;
+    settings.LoggingMethod = 3;
+    settings.MonitoredFolderCount = 1;
+    settings.MonitoredFolderEntryIDs = {"c1"};
+    settings.MonitoredFolderStoreIDs = {"S"};
+    settings.MonitoredFolderItemTypes = {2};
+    scene.Open();
+    scene.stage.calls.Clear();
+  };
+  const auto pick = [](Scene& scene) {
+    scene.InNextDialog([&scene](Dialog& dialog) {
+      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
+      bool picked = false;
+      scene.InNextDialog([&](Dialog& opened) {
+        auto& picker = dynamic_cast<frmFolders&>(opened);
+        UserActions user(picker);
+        const Tree::Node store = picker.tvFolders.Find(FolderKey("R", "S"));
+        if (store != Tree::NoNode) user.Expand(picker.tvFolders, store, true);
+        const Tree::Node journal = picker.tvFolders.Find(FolderKey("j", "S"));
+        if (journal != Tree::NoNode) user.CheckNode(picker.tvFolders, journal, true);
+        user.Click(picker.cmdOk);
+        picked = !opened.IsShowing();
+      });
+      scene.TakeSeen();
+      scene.Click(tracking, tracking.cmdFolders);
+      scene.dialogs.clear();
+      EXPECT_TRUE(tracking.IsShowing());
+      EXPECT_EQ(tracking.cmdOk.Enabled(), picked) << "a change is what the picker's OK has carried out";
+      EXPECT_LE(std::ranges::count(scene.seen, '\n'), 1) << scene.seen;
+      scene.Click(tracking, tracking.cmdCancel);
+      EXPECT_FALSE(tracking.IsShowing());
+    });
+    scene.Click(scene.Page(), scene.Page().cmdTracking);
+    scene.dialogs.clear();
+  };
+  Sweep(60, prepare, pick, [&pick](Scene& scene) {
+    pick(scene);  // the same again works, beside what a record that failed halfway has left
+    const std::vector<std::string>& ids = scene.Working().MonitoredFolderEntryIDs;
+    const std::vector<std::string>& stores = scene.Working().MonitoredFolderStoreIDs;
+    ASSERT_EQ(stores.size(), ids.size());
+    EXPECT_EQ(scene.Working().MonitoredFolderItemTypes.size(), ids.size());
+    int found = 0;
+    for (size_t i = 0; i < ids.size(); ++i) found += ids[i] == "j" && stores[i] == "S" ? 1 : 0;
+    EXPECT_EQ(found, 1);
+    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
   });
 }
 

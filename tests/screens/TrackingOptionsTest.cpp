@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dialogs/frmFolders.h"
 #include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
 
@@ -271,6 +272,29 @@ TEST(Tracking, EnterOpensTheFoldersWhileCustomHasTheFocus) {
     EXPECT_EQ(dialog.Focus(), &dialog.cmdFolders);
     EXPECT_EQ(dialog.DefaultButton(), &dialog.cmdOk);
   });
+}
+
+TEST(Tracking, ThePickersOkIsAChangeThatCancelDoesNotTakeBack) {
+  Scene scene;
+  scene.stage.workbench.profile.settings.LoggingMethod = 3;
+  InTracking(scene, [&](frmTrackingOptions& dialog, UserActions& user) {
+    scene.InNextDialog([](Dialog& picker) { UserActions(picker).Escape(); });
+    user.Click(dialog.cmdFolders);
+    EXPECT_FALSE(dialog.cmdOk.Enabled());
+    scene.InNextDialog([](Dialog& opened) {
+      auto& picker = dynamic_cast<frmFolders&>(opened);
+      UserActions inPicker(picker);
+      inPicker.CheckNode(picker.tvFolders, picker.tvFolders.Find(DefaultFolderKey(116)), true);
+      inPicker.Click(picker.cmdOk);
+    });
+    user.Focus(dialog.optCustom);
+    user.Press(KeyReturn);
+    EXPECT_TRUE(dialog.cmdOk.Enabled());
+    EXPECT_EQ(dialog.DefaultButton(), &dialog.cmdFolders) << "the option still has the focus";
+    user.Escape();
+  });
+  EXPECT_EQ(scene.Working().MonitoredFolderCount, 1);
+  EXPECT_EQ(scene.Working().MonitoredFolderEntryIDs, (std::vector<std::string>{"9"}));
 }
 
 TEST(Tracking, CancelEscAndClosingWriteNothing) {
