@@ -44,9 +44,38 @@ class Folders : public Object {
   virtual FolderRef Item(int32_t position) = 0;
 };
 
+/// A message that is being written.
+class MailItem : public Object {
+ public:
+  virtual void LetBody(const std::string& text) = 0;
+  virtual void LetSubject(const std::string& text) = 0;
+  /// Adds a recipient of the kind "To".
+  virtual void AddRecipient(const std::string& address) = 0;
+  /// Attaches a copy of the file as it is now.
+  virtual void AddAttachment(const std::string& path) = 0;
+  virtual void Send() = 0;
+};
+
+/// A person in the address book.
+class Recipient : public Object {
+ public:
+  virtual std::string Name() = 0;
+};
+
+/// Outlook itself.
+class OutlookApplication : public Object {
+ public:
+  /// A new item of a kind (Outlook's OlItemType); only mail items are ever made here.
+  virtual std::shared_ptr<MailItem> CreateItem(ItemType type) = 0;
+};
+
 /// A session (Outlook's NameSpace).
 class NameSpace : public Object {
  public:
+  virtual std::shared_ptr<OutlookApplication> Application() = 0;
+  virtual std::shared_ptr<Recipient> CurrentUser() = 0;
+  /// Name of the Outlook profile that the session runs on.
+  virtual std::string CurrentProfileName() = 0;
   virtual std::shared_ptr<vexa::Folders> Folders() = 0;
   /// An error when the folder does not exist or its store is not open.
   virtual FolderRef GetFolderFromID(const std::string& entryId, const std::string& storeId) = 0;

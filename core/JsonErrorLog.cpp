@@ -54,13 +54,36 @@ std::string RecordLine(const CachedError& record, const std::string& time, const
   return line;
 }
 
+std::string ComponentsLine(const std::vector<Component>& components, const std::string& time) {
+  std::string line = "{\"time\":" + JsonLiteral(time) + ",\"components\":[";
+  bool first = true;
+  for (const Component& component : components) {
+    if (!first) line += ',';
+    first = false;
+    line += "{\"name\":" + JsonLiteral(component.name);
+    line += ",\"version\":" + JsonLiteral(component.version);
+    line += ",\"path\":" + JsonLiteral(component.path) + '}';
+  }
+  return line + "]}\n";
+}
+
 }  // namespace
 
 void JsonErrorLog::Write(const CachedError& record) noexcept {
   IgnoreErrors([&] {
     const std::string path = environment_.path();
     if (path.empty()) return;
-    environment_.files.Append(path, RecordLine(record, environment_.now(), environment_.components()));
+    const std::string time = environment_.now();
+    ComponentReport& components = environment_.components;
+    // A report that cannot be made must not keep the record out.
+    std::string report;
+    std::string versions;
+    IgnoreErrors([&] {
+      versions = components.Text();
+      if (!components.IsLogged()) report = ComponentsLine(components.Components(), time);
+    });
+    environment_.files.Append(path, report + RecordLine(record, time, versions));
+    if (!report.empty()) components.SetLogged();
   });
 }
 

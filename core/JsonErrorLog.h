@@ -1,6 +1,7 @@
 // The error-log writer: one record a call, appended as one line of UTF-8 JSON. The platform supplies the
 // file, the clock and the report of component versions; where the log lies is asked when a record is
-// written, since the user may move it at any time. Nothing that fails here reaches the user.
+// written, since the user may move it at any time. In front of a session's first record stands a line with
+// the components in full. Nothing that fails here reaches the user.
 #pragma once
 
 #include <functional>
@@ -8,6 +9,7 @@
 #include <string_view>
 
 #include "core/CachedError.h"
+#include "core/ComponentReport.h"
 
 namespace vexa {
 
@@ -31,8 +33,8 @@ class JsonErrorLog final : public ErrorLog {
     std::function<std::string()> path;
     /// The time now, ISO 8601 in UTC.
     std::function<std::string()> now;
-    /// Versions of the components at work, as one text.
-    std::function<std::string()> components;
+    /// What is at work; one report serves all logs of a session.
+    ComponentReport& components;
   };
   explicit JsonErrorLog(Environment environment) : environment_(std::move(environment)) {}
 

@@ -55,4 +55,17 @@ Event Handler(const Services& services, const Form& form, std::string_view proce
   };
 }
 
+/// A text box's validation: runs `body`, which answers whether the entry may stand. When it fails its error
+/// is shown and logged, and the entry may not.
+template <typename Body>
+std::function<bool()> Validation(const Services& services, const Form& form, std::string_view procedure,
+                                 Body body) {
+  return [&services, &form, procedure, body] {
+    bool valid = false;
+    ErrorReporter reporter(services.resources, services.desktop, services.errorLog);
+    ShowAndLog(reporter, form.Name(), procedure, [&] { valid = body(); });
+    return valid;
+  };
+}
+
 }  // namespace vexa

@@ -1,6 +1,12 @@
 #include "dialogs/frmAbout.h"
 
 namespace vexa {
+namespace {
+
+// Comes with Windows; the shell finds it without a folder.
+constexpr const char* SystemInfoTool = "msinfo32.exe";
+
+}  // namespace
 
 frmAbout::frmAbout(const Services& services) : Dialog("frmAbout"), services_(services) {
   SetCaption(services.resources.LoadString(StringId::AboutTitle));
@@ -8,6 +14,7 @@ frmAbout::frmAbout(const Services& services) : Dialog("frmAbout"), services_(ser
   lblVersion.SetCaption(services.resources.LoadString(StringId::AboutVersion, {VEXA_VERSION}));
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdOk);
+  cmdSysInfo.OnClick = Handler(services_, *this, "cmdSysInfo_Click", [this] { ShowSystemInfo(); });
   cmdOk.OnClick = [this] { Hide(); };
 }
 
@@ -23,6 +30,19 @@ void frmAbout::Initialize(RegSettings& theRegSettings) {
                                                               {theRegSettings.GetEnterpriseSettingsPath()}));
     }
   });
+}
+
+void frmAbout::ShowSystemInfo() {
+  try {
+    ShellOpen(services_.desktop, SystemInfoTool);
+  } catch (...) {
+    CachedError record;
+    record.SetTo(CurrentError(), Name(), "cmdSysInfo_Click");
+    record.Log(services_.errorLog);
+    services_.desktop.Show(services_.resources.LoadString(StringId::SystemInfoNotStarted),
+                           MessageIcon::Critical, MessageButtons::Ok,
+                           services_.resources.LoadString(StringId::ProductName));
+  }
 }
 
 }  // namespace vexa

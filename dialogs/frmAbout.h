@@ -1,5 +1,6 @@
 // The about box: product and version, what the add-in says about itself, and the path of the enterprise
-// settings when they are in use. The page makes it, hands it the add-in's information and shows it.
+// settings when they are in use; a button starts the system information tool. The page makes it, hands it the
+// add-in's information and shows it.
 #pragma once
 
 #include "dialogs/Screen.h"
@@ -21,9 +22,12 @@ class frmAbout final : public Dialog {
   Label lblVersion{*this, "lblVersion"};
   Label lblInfo{*this, "lblInfo"};
   Label lblEnterprise{*this, "lblEnterprise"};
+  Button cmdSysInfo{*this, "cmdSysInfo", StringId::SystemInfo};
   Button cmdOk{*this, "cmdOk", StringId::Ok};
 
  private:
+  void ShowSystemInfo();
+
   const Services& services_;
 };
 

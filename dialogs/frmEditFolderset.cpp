@@ -6,6 +6,7 @@
 
 #include "core/Numbers.h"
 #include "dialogs/FolderChoice.h"
+#include "dialogs/frmSharedFolders.h"
 
 namespace vexa {
 
@@ -68,6 +69,7 @@ frmEditFolderset::frmEditFolderset(const Services& services)
   on(cmdSelJourn.OnClick, "cmdSelJourn_Click", &frmEditFolderset::ChooseJournalFolder);
   on(cmdSelEmail.OnClick, "cmdSelEmail_Click", &frmEditFolderset::ChooseEmailFolder);
   on(chkEmail.OnClick, "chkEmail_Click", &frmEditFolderset::EmailBoxChanged);
+  on(cmdShared.OnClick, "cmdShared_Click", &frmEditFolderset::ShowSharedFolders);
   on(cmdOk.OnClick, "cmdOk_Click", &frmEditFolderset::Ok);
   on(cmdCancel.OnClick, "cmdCancel_Click", &frmEditFolderset::Cancel);
 }
@@ -127,6 +129,7 @@ void frmEditFolderset::ShowFolders() {
 }
 
 void frmEditFolderset::UpdateButtons() {
+  cmdShared.SetEnabled(!contactEntryID_.empty());
   const bool complete = FoldersAreComplete();
   const bool canWrite = CanWrite(Require(settings_));
   cmdOk.SetEnabled(complete && canWrite);
@@ -189,6 +192,15 @@ void frmEditFolderset::EmailBoxChanged() {
     // The ids of an unticked folder are kept until OK, so that ticking the box again brings them back.
     txtEmail.SetEnabled(chkEmail.Checked());
   }
+}
+
+void frmEditFolderset::ShowSharedFolders() {
+  const FolderRef folder = ResolveFolder(Require(addin_), contactEntryID_, contactStoreID_);
+  const std::string name = Require(folder).Name();
+  const bool canWrite = CanWrite(Require(settings_));
+  frmSharedFolders shared(services_);
+  shared.Initialize(addin_, *this, name, canWrite);
+  services_.windows.ShowModal(shared, this);
 }
 
 void frmEditFolderset::Ok() {

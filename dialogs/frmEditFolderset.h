@@ -27,6 +27,10 @@ class frmEditFolderset final : public Dialog {
   /// True when the dialog was closed by Cancel or by its window, false after OK.
   bool Cancelled() const { return cancelled_; }
 
+  /// Enables OK while the folders are complete and the user may change settings, and the shared folders while
+  /// there is a contact folder.
+  void UpdateButtons();
+
   void CloseWindow() override;
 
   // The routing of new items: edited by the shared-folders dialog, loaded and stored by this one.
@@ -56,12 +60,12 @@ class frmEditFolderset final : public Dialog {
 
   void LoadRecord();
   void ShowFolders();
-  void UpdateButtons();
   bool FoldersAreComplete();
   void ChooseContactFolder();
   void ChooseJournalFolder();
   void ChooseEmailFolder();
   void EmailBoxChanged();
+  void ShowSharedFolders();
   void Ok();
   void Cancel();
   void End(bool cancelled);

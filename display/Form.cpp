@@ -11,6 +11,18 @@ Control* Form::FindControl(std::string_view name) const {
   return found == controls_.end() ? nullptr : *found;
 }
 
+void Form::SetEnabled(bool enabled) {
+  if (enabled_ == enabled) return;
+  enabled_ = enabled;
+  if (view_ != nullptr) view_->StateChanged(*this);
+}
+
+void Form::SetMousePointer(Pointer pointer) {
+  if (pointer_ == pointer) return;
+  pointer_ = pointer;
+  if (view_ != nullptr) view_->StateChanged(*this);
+}
+
 bool Form::MoveFocus(Control& control) {
   if (focus_ == &control) return true;
   if (!control.TakesFocus() || !control.IsUsable()) return false;

@@ -20,6 +20,8 @@ class FormView {
   virtual ~FormView() = default;
   virtual void Changed(Control& control) = 0;
   virtual void FocusMoved(Form& form) = 0;
+  /// The form was enabled or disabled, or its pointer is another one.
+  virtual void StateChanged(Form& /*form*/) {}
   /// Redraws the whole form, or one control; an error when that fails.
   virtual void Refresh(Form& form) = 0;
   virtual void Refresh(Control& control) = 0;
@@ -35,6 +37,14 @@ class Form {
   const std::string& Name() const { return name_; }
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string caption) { caption_ = std::move(caption); }
+
+  /// A disabled form takes no input; its controls keep their own state.
+  bool Enabled() const { return enabled_; }
+  void SetEnabled(bool enabled);
+  enum class Pointer { Default, Wait };
+  /// What the mouse pointer looks like over the form.
+  Pointer MousePointer() const { return pointer_; }
+  void SetMousePointer(Pointer pointer);
 
   /// In tab order.
   const std::vector<Control*>& Controls() const { return controls_; }
@@ -79,6 +89,8 @@ class Form {
   std::string caption_;
   std::vector<Control*> controls_;
   FormView* view_ = nullptr;
+  bool enabled_ = true;
+  Pointer pointer_ = Pointer::Default;
   Control* focus_ = nullptr;
   Button* defaultButton_ = nullptr;
   Button* cancelButton_ = nullptr;
@@ -88,6 +100,9 @@ class Form {
 class Dialog : public Form {
  public:
   using Form::Form;
+
+  /// Whether it stays above all other windows while it is shown.
+  bool TopMost() const { return topMost_; }
 
   bool IsShowing() const { return showing_; }
   void Show() {
@@ -99,8 +114,12 @@ class Dialog : public Form {
   /// The user closes the window by its frame. Never validates.
   virtual void CloseWindow() { Hide(); }
 
+ protected:
+  void SetTopMost(bool topMost) { topMost_ = topMost; }
+
  private:
   bool showing_ = false;
+  bool topMost_ = false;
 };
 
 /// Shows dialogs and runs them until they end.

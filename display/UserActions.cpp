@@ -10,14 +10,16 @@
 #include "display/TextBox.h"
 
 namespace vexa {
+
 namespace {
 
-Outcome Usability(const Control& control) {
+}  // namespace
+
+Outcome UserActions::Usability(const Control& control) const {
+  if (!form_.Enabled()) return Outcome::Disabled;
   if (!control.IsShown()) return Outcome::Hidden;
   return control.IsUsable() ? Outcome::Done : Outcome::Disabled;
 }
-
-}  // namespace
 
 Outcome UserActions::Reach(Control& control) {
   const Outcome outcome = Usability(control);
@@ -146,6 +148,7 @@ Outcome UserActions::Leave(bool backwards) {
 }
 
 Outcome UserActions::Press(int keyCode, bool shift) {
+  if (!form_.Enabled()) return Outcome::Disabled;
   Control* const focus = form_.Focus();
   switch (keyCode) {
     case KeyTab:

@@ -80,6 +80,7 @@ class UserActions {
   Outcome Escape();
 
  private:
+  Outcome Usability(const Control& control) const;
   Outcome Reach(Control& control);
   Outcome PressButton(Button& button);
   Outcome PressArrow(Control& control, int keyCode);

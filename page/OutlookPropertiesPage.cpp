@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dialogs/frmAbout.h"
+#include "dialogs/frmAdvanced.h"
 #include "dialogs/frmTrackingOptions.h"
 
 namespace vexa {
@@ -27,7 +28,6 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   cmdIDEApply.SetVisible(false);
   cmdChange.SetEnabled(false);
   cmdRemove.SetEnabled(false);
-  cmdAdvanced.SetEnabled(false);
   SetDefaultButton(cmdAdd);
   FocusFirst();
 
@@ -38,6 +38,7 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   on(cmdChange.OnClick, "cmdChange_Click", &OutlookPropertiesPage::ChangeFolderSet);
   on(cmdRemove.OnClick, "cmdRemove_Click", &OutlookPropertiesPage::RemoveFolderSet);
   on(cmdTracking.OnClick, "cmdTracking_Click", &OutlookPropertiesPage::ShowTrackingOptions);
+  on(cmdAdvanced.OnClick, "cmdAdvanced_Click", &OutlookPropertiesPage::ShowAdvanced);
   on(cmdAbout.OnClick, "cmdAbout_Click", &OutlookPropertiesPage::ShowAbout);
   on(cmdRestoreDialogs.OnClick, "cmdRestoreDialogs_Click", &OutlookPropertiesPage::RestoreHiddenDialogs);
   gd.OnSelChange = [this] { UpdateDefaultButton(); };
@@ -162,6 +163,13 @@ void OutlookPropertiesPage::ShowTrackingOptions() {
   tracking.Initialize(addinApp_, settings_, *this);
   services_.windows.ShowModal(tracking, nullptr);
   SetDirty();  // whatever came of it
+}
+
+void OutlookPropertiesPage::ShowAdvanced() {
+  frmAdvanced advanced(services_);
+  advanced.Initialize(addinApp_, settings_, *this);
+  // The dialog itself marks the page when it saves.
+  services_.windows.ShowModal(advanced, nullptr);
 }
 
 void OutlookPropertiesPage::ShowAbout() {

@@ -88,6 +88,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   void RemoveFolderSet();
 
   void ShowTrackingOptions();
+  void ShowAdvanced();
   void ShowAbout();
   void RestoreHiddenDialogs();
   void ShowHelp();

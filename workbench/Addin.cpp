@@ -44,12 +44,13 @@ class WorkbenchUtilities final : public Utilities {
     workbench_.Calls().Enter("Util.App", Kind::Read);
     return std::make_shared<WorkbenchApplication>(workbench_);
   }
-  void SetUserProperty(const ObjectRef& /*item*/, const std::string& name, const Variant& value, int32_t type,
+  void SetUserProperty(const ObjectRef& item, const std::string& name, const Variant& value, int32_t type,
                        bool flag) override {
     workbench_.Calls().Enter("Util.SetUserProperty", Kind::Action, [&] {
       return "Util.SetUserProperty(item, " + QuotedText(name) + ", " + QuotedText(value.ToText()) + ", " +
              std::to_string(type) + ", " + FlagText(flag) + ")";
     });
+    SetMailProperty(Require(item), name, value.ToText());
   }
   Variant AboutInfo() override {
     workbench_.Calls().Enter("Util.AboutInfo", Kind::Read);

@@ -62,6 +62,16 @@ const std::vector<std::string>& CallLog::KnownMembers() {
                                    "MF.ResIdFromMask",
                                    "MF.MaskFromOlItemType",
                                    "MF.Excluded",
+                                   "Sess.Application",
+                                   "Sess.CurrentUser",
+                                   "Sess.CurrentProfileName",
+                                   "CurrentUser.Name",
+                                   "Outlook.CreateItem",
+                                   "Mail.Body=",
+                                   "Mail.Subject=",
+                                   "Mail.Recipients.Add",
+                                   "Mail.Attachments.Add",
+                                   "Mail.Send",
                                    "Sess.Folders",
                                    "Sess.GetFolderFromID",
                                    "Sess.GetDefaultFolder",
@@ -77,7 +87,16 @@ const std::vector<std::string>& CallLog::KnownMembers() {
                                    "Site.OnStatusChange",
                                    "View.Refresh",
                                    "Shell.Open",
-                                   "Shell.BrowseForFolder"};
+                                   "Shell.BrowseForFolder",
+                                   "Files.Exists",
+                                   "Files.Copy",
+                                   "Files.Remove",
+                                   "Sys.UserName",
+                                   "Sys.ComputerName",
+                                   "Sys.ProcessMessages",
+                                   "Reg.Read",
+                                   "Reg.Write",
+                                   "Reg.CanWrite"};
     for (const RegSettingsMember& member : RegSettingsMembers) {
       const std::string name = "RS." + std::string(member.name);
       switch (member.kind) {

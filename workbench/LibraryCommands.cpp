@@ -120,6 +120,53 @@ void ErrorRecord(Console& console, const Words& words) {
   }
 }
 
+// --- the registry
+
+struct KeyWord {
+  RegistryRoot root;
+  std::string key;
+};
+
+KeyWord ParseKey(const std::string& word) {
+  for (const RegistryRoot root : {RegistryRoot::CurrentUser, RegistryRoot::LocalMachine}) {
+    const std::string start = std::string(RegistryRootName(root)) + "\\";
+    if (word.size() > start.size() && SameName(word.substr(0, start.size()), start)) {
+      return {root, word.substr(start.size())};
+    }
+  }
+  throw ScriptError("a key begins with HKEY_CURRENT_USER\\ or HKEY_LOCAL_MACHINE\\, not \"" + word + "\"");
+}
+
+void WorkOnRegistry(Console& console, const Words& words) {
+  const std::string& verb = words[0];
+  const auto [root, key] = ParseKey(words[1]);
+  Desktop& desktop = console.Stage().services.desktop;
+  std::ostream& out = console.Out();
+  if (SameName(verb, "read") && words.size() == 3) {
+    console.AsHost([&, root = root, key = key] {
+      const std::optional<Variant> value = desktop.ReadRegistry(root, key, words[2]);
+      out << (value ? QuotedText(value->ToText()) : "no such value") << "\n";
+    });
+  } else if (SameName(verb, "write") && words.size() == 4) {
+    console.AsHost([&, root = root, key = key] { desktop.WriteRegistry(root, key, words[2], words[3]); });
+  } else if (SameName(verb, "access") && words.size() == 2) {
+    console.AsHost([&, root = root, key = key] {
+      out << (desktop.CanWriteRegistry(root, key) ? "can be written" : "cannot be written") << "\n";
+    });
+  } else {
+    throw ScriptError(
+        "right would be: registry read KEY NAME, registry write KEY NAME TEXT, registry access KEY");
+  }
+}
+
+// --- the notice above all windows
+
+void ShowNotice(Console& console, const Words& words) {
+  const std::vector<std::string> buttons(words.begin() + 2, words.end());
+  const int32_t answer = console.Host().ShowNotice(words[0], words[1], buttons);
+  console.Out() << "button " << answer << " was pressed\n";
+}
+
 // --- the section header
 
 void PrintSection(std::ostream& out, const OptionsSection& section) {
@@ -174,6 +221,8 @@ constexpr auto Commands = std::to_array<Command>({
     {"error", "new|raise|print|text|display|log|clear ...",
      "build an error record and pass it through procedures", 1, AnyNumber, ErrorRecord},
     {"section", "caption|measure|resize|read|write|print ...", "lay out a section header", 1, 2, Section},
+    {"registry", "read|write|access KEY ...", "read and write the registry", 2, 4, WorkOnRegistry},
+    {"notice", "TITLE TEXT BUTTON...", "show a notice that stays above all windows", 3, 5, ShowNotice},
 });
 
 }  // namespace

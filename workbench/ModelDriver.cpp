@@ -2,6 +2,7 @@
 // runs the console's commands until it closes, nested in the command that opened it.
 #include <algorithm>
 
+#include "dialogs/frmNotice.h"
 #include "display/CheckBox.h"
 #include "display/ExtLabel.h"
 #include "display/Grid.h"
@@ -133,6 +134,13 @@ class ModelDriver final : public HostDriver {
   }
   void TakePicture(const std::string& /*file*/) override {
     throw ScriptError("a console without windows takes no pictures");
+  }
+  int32_t ShowNotice(const std::string& title, const std::string& text,
+                     const std::vector<std::string>& buttons) override {
+    frmNotice notice;
+    notice.Initialize(title, text, buttons);
+    console_.ShowModal(notice, nullptr);
+    return notice.Answer();
   }
   std::optional<FolderIndex> PickFolder() override { return console_.AnswerPick(); }
 

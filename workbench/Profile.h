@@ -4,11 +4,15 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <variant>
 
+#include "dialogs/Screen.h"
+#include "workbench/Names.h"
 #include "workbench/SettingsData.h"
 #include "workbench/World.h"
 
@@ -24,9 +28,26 @@ struct AddinState {
   bool canWrite = true;
 };
 
+/// The machine that Outlook runs on, and who works at it.
+struct MachineState {
+  std::string userName = "aberg";  // logged on to the operating system
+  std::string computerName = "WORKSTATION7";
+  std::string profileName = "Outlook";  // Outlook's
+  std::string outlookUser = "Anna Berg";
+  std::string supportAddress = DefaultSupportAddress;
+  bool canWriteMachine = true;  // HKEY_LOCAL_MACHINE
+  /// What files say of their versions, by path.
+  std::map<std::string, std::string, LessIgnoringCase> fileVersions;
+  using RegistryValue = std::variant<std::string, int32_t>;
+  using RegistryKey = std::map<std::string, RegistryValue, LessIgnoringCase>;
+  /// By key, the root in front: "HKEY_CURRENT_USER\\Software\\Tolvane".
+  std::map<std::string, RegistryKey, LessIgnoringCase> registry;
+};
+
 struct Profile {
   int32_t language = 1033;
   AddinState addin;
+  MachineState machine;
   SettingsData settings = SettingsData::Defaults();
   World world;
 };

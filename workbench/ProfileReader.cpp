@@ -299,6 +299,49 @@ void ReadAddin(const JsonNode& node, AddinState& addin) {
   reader.RefuseUnknown("member of \"addin\"");
 }
 
+/// Calls read(member) for each member of an object, whose names are free.
+template <typename ReadMember>
+void ReadMembers(const JsonNode& node, std::string_view name, ReadMember&& read) {
+  Require(node, JsonNode::Kind::Object, name, "an object in braces");
+  for (const JsonMember& member : node.members) read(member);
+}
+
+void ReadRegistryKey(const JsonMember& key, MachineState& machine) {
+  if (!key.name.starts_with("HKEY_LOCAL_MACHINE\\") && !key.name.starts_with("HKEY_CURRENT_USER\\")) {
+    Refuse(key.value.line, "a registry key begins with HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER; " +
+                               Quoted(key.name) + " does not");
+  }
+  MachineState::RegistryKey& values = machine.registry[key.name];
+  ReadMembers(key.value, key.name, [&](const JsonMember& value) {
+    if (value.value.kind == JsonNode::Kind::String) {
+      values[value.name] = value.value.text;
+    } else {
+      int32_t number = 0;
+      Read(value.value, value.name, number);
+      values[value.name] = number;
+    }
+  });
+}
+
+void ReadMachine(const JsonNode& node, MachineState& machine) {
+  ObjectReader reader(node, "machine");
+  reader.Optional("userName", machine.userName);
+  reader.Optional("computerName", machine.computerName);
+  reader.Optional("profileName", machine.profileName);
+  reader.Optional("outlookUser", machine.outlookUser);
+  reader.Optional("supportAddress", machine.supportAddress);
+  reader.Optional("canWriteMachine", machine.canWriteMachine);
+  if (const JsonNode* versions = reader.Find("fileVersions")) {
+    ReadMembers(*versions, "fileVersions", [&](const JsonMember& file) {
+      Read(file.value, file.name, machine.fileVersions[file.name]);
+    });
+  }
+  if (const JsonNode* registry = reader.Find("registry")) {
+    ReadMembers(*registry, "registry", [&](const JsonMember& key) { ReadRegistryKey(key, machine); });
+  }
+  reader.RefuseUnknown("member of \"machine\"");
+}
+
 void ReadSettings(const JsonNode& node, SettingsData& settings) {
   ObjectReader reader(node, "settings");
   VisitSettings(settings, [&](std::string_view name, auto& value) { reader.Optional(name, value); });
@@ -320,6 +363,7 @@ Profile BuildProfile(const JsonNode& root, std::vector<std::vector<FolderRecord>
     Refuse(reader.Find("language")->line, "\"language\" must be a Windows language number, such as 1033");
   }
   if (const JsonNode* node = reader.Find("addin")) ReadAddin(*node, profile.addin);
+  if (const JsonNode* node = reader.Find("machine")) ReadMachine(*node, profile.machine);
   if (const JsonNode* node = reader.Find("settings")) ReadSettings(*node, profile.settings);
   const JsonNode* const stores = reader.Find("stores");
   reader.RefuseUnknown("member of the profile");

@@ -41,6 +41,23 @@ nlohmann::ordered_json AddinJson(const AddinState& addin) {
           {"canWrite", addin.canWrite}};
 }
 
+nlohmann::ordered_json MachineJson(const MachineState& machine) {
+  nlohmann::ordered_json json{{"userName", machine.userName},
+                              {"computerName", machine.computerName},
+                              {"profileName", machine.profileName},
+                              {"outlookUser", machine.outlookUser},
+                              {"supportAddress", machine.supportAddress},
+                              {"canWriteMachine", machine.canWriteMachine}};
+  for (const auto& [path, version] : machine.fileVersions) json["fileVersions"][path] = version;
+  for (const auto& [key, values] : machine.registry) {
+    nlohmann::ordered_json& members = json["registry"][key] = nlohmann::ordered_json::object();
+    for (const auto& [name, value] : values) {
+      std::visit([&, member = &name](const auto& held) { members[*member] = held; }, value);
+    }
+  }
+  return json;
+}
+
 nlohmann::ordered_json SettingsJson(const SettingsData& settings) {
   auto json = nlohmann::ordered_json::object();
   VisitSettings(settings, [&](std::string_view name, const auto& value) { json[std::string(name)] = value; });
@@ -100,6 +117,7 @@ void WriteProfileText(const Profile& profile, const TextSink& put) {
   put("{\n  \"format\": \"vexa-profile\",\n  \"version\": 1,\n");
   put("  \"language\": " + std::to_string(profile.language) + ",\n");
   put("  \"addin\": " + JsonText(AddinJson(profile.addin)) + ",\n");
+  put("  \"machine\": " + JsonText(MachineJson(profile.machine)) + ",\n");
   put("  \"settings\": " + JsonText(SettingsJson(profile.settings), 2) + ",\n");
   put("  \"stores\": [\n");
   const World& world = profile.world;

@@ -87,9 +87,34 @@ class WorkbenchFolders final : public Folders {
   FolderIndex parent_;
 };
 
+class WorkbenchUser final : public Recipient {
+ public:
+  explicit WorkbenchUser(Workbench& workbench) : workbench_(workbench) {}
+  std::string Name() override {
+    workbench_.Calls().Enter("CurrentUser.Name", Kind::Read);
+    return workbench_.profile.machine.outlookUser;
+  }
+
+ private:
+  Workbench& workbench_;
+};
+
 class WorkbenchSession final : public NameSpace {
  public:
   explicit WorkbenchSession(Workbench& workbench) : workbench_(workbench) {}
+
+  std::shared_ptr<OutlookApplication> Application() override {
+    workbench_.Calls().Enter("Sess.Application", Kind::Read);
+    return MakeOutlook(workbench_);
+  }
+  std::shared_ptr<Recipient> CurrentUser() override {
+    workbench_.Calls().Enter("Sess.CurrentUser", Kind::Read);
+    return std::make_shared<WorkbenchUser>(workbench_);
+  }
+  std::string CurrentProfileName() override {
+    workbench_.Calls().Enter("Sess.CurrentProfileName", Kind::Read);
+    return workbench_.profile.machine.profileName;
+  }
 
   std::shared_ptr<vexa::Folders> Folders() override {
     workbench_.Calls().Enter("Sess.Folders", Kind::Read);

@@ -1,35 +1,30 @@
 #include "workbench/Stage.h"
 
-#include <array>
-#include <ctime>
+#include "core/Paths.h"
 
 namespace vexa::workbench {
 namespace {
 
-std::string UtcNow() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-#ifdef _WIN32
-  gmtime_s(&parts, &now);
-#else
-  gmtime_r(&now, &parts);
-#endif
-  std::array<char, 32> text{};
-  const size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
-  return {text.data(), length};
-}
+std::string UtcNow() { return FormattedTime("%Y-%m-%dT%H:%M:%SZ"); }
 
 }  // namespace
 
 Stage::Stage(Profile profile, const std::string& profilePath, std::optional<int32_t> language,
              ModalWindows& windows, UserAnswers& user)
     : workbench(std::move(profile), profilePath, calls, user),
-      files(profilePath),
+      files(workbench.files),
       resourceSource(language.value_or(workbench.profile.language)),
       resources(resourceSource),
+      components([this] {
+        return WithFileVersions({{"VexaControls", {}, VEXA_VERSION " in the workbench"},
+                                 {"VexaAddin", JoinPath(workbench.profile.addin.path, "VexaAddin.dll"), {}}},
+                                workbench.TheDesktop());
+      }),
       errorLog({files, [this] { return page_ == nullptr ? std::string() : page_->ErrorLogPath(); }, UtcNow,
-                [] { return std::string("VexaControls " VEXA_VERSION " in the workbench"); }}),
-      services{resources, workbench.TheDesktop(), windows, workbench.Objects(), errorLog},
+                components}),
+      services{resources, workbench.TheDesktop(),
+               windows,   workbench.Objects(),
+               errorLog,  workbench.profile.machine.supportAddress},
       view_(calls) {}
 
 OutlookPropertiesPage& Stage::CreatePage() {
@@ -38,6 +33,12 @@ OutlookPropertiesPage& Stage::CreatePage() {
                                                   [this] { return hasSite ? workbench.Site() : nullptr; });
   page_->SetView(&view_);
   return *page_;
+}
+
+void Stage::TracingView::StateChanged(Form& form) {
+  const bool waits = form.MousePointer() == Form::Pointer::Wait;
+  calls_.Note("  " + form.Name() + (form.Enabled() ? " enabled" : " disabled") +
+              (waits ? ", wait pointer" : ", normal pointer"));
 }
 
 void Stage::TracingView::Trace(const std::string& name) {

@@ -32,9 +32,10 @@ class Stage {
 
   CallLog calls;
   Workbench workbench;
-  WindowsFiles files;
+  WindowsFiles& files;
   CompiledResources resourceSource;
   Resources resources;
+  ComponentReport components;
   JsonErrorLog errorLog;
   Services services;
   /// Whether the page's container is a page site.
@@ -46,6 +47,7 @@ class Stage {
     explicit TracingView(CallLog& calls) : calls_(calls) {}
     void Changed(Control& /*control*/) override {}
     void FocusMoved(Form& /*form*/) override {}
+    void StateChanged(Form& form) override;
     void Refresh(Form& form) override { Trace(form.Name()); }
     void Refresh(Control& control) override { Trace(control.Name()); }
 

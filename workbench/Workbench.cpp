@@ -41,6 +41,7 @@ class Workbench::ObjectFactory final : public AddinObjectFactory {
 
 Workbench::Workbench(Profile theProfile, std::string savePath, CallLog& calls, UserAnswers& user)
     : profile(std::move(theProfile)),
+      files(savePath),
       savePath_(std::move(savePath)),
       calls_(calls),
       user_(user),

@@ -11,7 +11,9 @@
 #include "contracts/Addin.h"
 #include "contracts/Desktop.h"
 #include "workbench/CallLog.h"
+#include "workbench/Mail.h"
 #include "workbench/Profile.h"
+#include "workbench/WindowsFiles.h"
 
 namespace vexa::workbench {
 
@@ -50,6 +52,9 @@ class Workbench {
   ~Workbench();
 
   Profile profile;
+  WindowsFiles files;
+  /// What was sent, the last one last; every mail also lies as a file in the profile's outbox.
+  std::vector<SentMail> sent;
 
   AddinAppRef Addin() const { return addin_; }
   Desktop& TheDesktop() const { return *desktop_; }
@@ -65,6 +70,8 @@ class Workbench {
   UserAnswers& User() const { return user_; }
   /// The add-in takes over a working copy and saves the profile.
   void TakeOver(RegSettings& workingCopy);
+  /// Sends a mail: writes it into the outbox, a folder beside the profile.
+  void Send(const SentMail& mail);
   FolderRef FolderObject(FolderIndex folder);
   /// NoFolder for a folder object that is none of the workbench's.
   static FolderIndex IndexOf(const Folder& folder);
@@ -93,6 +100,9 @@ std::string_view AnswerWord(MessageAnswer answer);
 // Makers of the parts of a workbench, one source file each.
 AddinAppRef MakeAddin(Workbench& workbench);
 NameSpaceRef MakeSession(Workbench& workbench);
+std::shared_ptr<OutlookApplication> MakeOutlook(Workbench& workbench);
+/// A property of a mail item that is being written; other items have none here.
+void SetMailProperty(Object& item, const std::string& name, const std::string& value);
 std::unique_ptr<Desktop> MakeDesktop(Workbench& workbench);
 std::shared_ptr<MonitoredFolder> MakeMonitoredFolder(Workbench& workbench);
 

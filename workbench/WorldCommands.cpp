@@ -6,6 +6,7 @@
 #include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "workbench/Console.h"
 #include "workbench/Names.h"
@@ -216,22 +217,97 @@ void Trace(Console& console, const Words& words) {
   }
 }
 
-void ShowLog(Console& console, const Words&) {
+/// One line of the error log as the console shows it; nothing for the components when they are not wanted.
+std::optional<std::string> LogLine(const std::string& line, bool withComponents) {
+  try {
+    const auto entry = nlohmann::json::parse(line);
+    if (entry.contains("number")) {
+      return std::to_string(entry.at("number").get<int32_t>()) + " " +
+             QuotedText(entry.at("description").get<std::string>()) + " trail " + entry.at("trail").dump();
+    }
+    if (!withComponents) return std::nullopt;
+    std::string text = "components";
+    for (const auto& component : entry.at("components")) {
+      text += " " + QuotedText(component.at("name").get<std::string>() + " " +
+                               component.at("version").get<std::string>());
+    }
+    return text;
+  } catch (const nlohmann::json::exception&) {
+    return "a line that is no record";
+  }
+}
+
+void ShowLog(Console& console, const Words& words) {
+  const bool withComponents = !words.empty();
+  if (withComponents && !SameName(words[0], "components"))
+    throw ScriptError("right would be: log, log components");
   const Stage& stage = console.Stage();
   const std::string place = stage.files.PlaceOf(stage.workbench.profile.settings.ErrorLogPath);
   std::ifstream log(place);
   bool empty = true;
-  for (std::string line; std::getline(log, line); empty = false) {
-    try {
-      const auto record = nlohmann::json::parse(line);
-      console.Out() << "  " << record.at("number").get<int32_t>() << " "
-                    << QuotedText(record.at("description").get<std::string>()) << " trail "
-                    << record.at("trail").dump() << "\n";
-    } catch (const nlohmann::json::exception&) {
-      console.Out() << "  a line that is no record\n";
-    }
+  for (std::string line; std::getline(log, line);) {
+    const std::optional<std::string> text = LogLine(line, withComponents);
+    if (!text) continue;
+    console.Out() << "  " << *text << "\n";
+    empty = false;
   }
   if (empty) console.Out() << "  (no record)\n";
+}
+
+void SetMachine(Console& console, const Words& words) {
+  MachineState& machine = console.Stage().workbench.profile.machine;
+  const std::string& name = words[0];
+  if (SameName(name, "userName")) {
+    machine.userName = words[1];
+  } else if (SameName(name, "computerName")) {
+    machine.computerName = words[1];
+  } else if (SameName(name, "profileName")) {
+    machine.profileName = words[1];
+  } else if (SameName(name, "outlookUser")) {
+    machine.outlookUser = words[1];
+  } else if (SameName(name, "canWriteMachine")) {
+    machine.canWriteMachine = SwitchWord(words[1], "the access");
+  } else {
+    throw ScriptError(
+        "unknown fact \"" + name + "\"" +
+        SuggestName(name, {"userName", "computerName", "profileName", "outlookUser", "canWriteMachine"}));
+  }
+}
+
+void WorkOnFiles(Console& console, const Words& words) {
+  const WindowsFiles& files = console.Stage().files;
+  const std::string& verb = words[0];
+  if (SameName(verb, "list") && words.size() == 1) {
+    const std::vector<std::string> paths = files.List();
+    for (const std::string& path : paths) console.Out() << "  " << QuotedText(path) << "\n";
+    if (paths.empty()) console.Out() << "  (no file)\n";
+  } else if (SameName(verb, "write") && words.size() == 3) {
+    console.AsHost([&] { files.Write(words[1], words[2]); });
+  } else if (SameName(verb, "read") && words.size() == 2) {
+    console.AsHost([&] { console.Out() << "  " << QuotedText(files.Read(words[1])) << "\n"; });
+  } else if (SameName(verb, "remove") && words.size() == 2) {
+    console.AsHost([&] { files.Remove(words[1]); });
+  } else {
+    throw ScriptError("right would be: file list, file write PATH TEXT, file read PATH, file remove PATH");
+  }
+}
+
+void ShowOutbox(Console& console, const Words&) {
+  std::ostream& out = console.Out();
+  const std::vector<SentMail>& sent = console.Stage().workbench.sent;
+  for (const SentMail& mail : sent) {
+    out << "  mail " << QuotedText(mail.subject) << "\n";
+    for (const std::string& recipient : mail.recipients) out << "    to " << QuotedText(recipient) << "\n";
+    for (const auto& [name, value] : mail.properties) {
+      out << "    property " << QuotedText(name) << " = " << QuotedText(value) << "\n";
+    }
+    for (const SentMail::Attachment& attachment : mail.attachments) {
+      out << "    attachment " << QuotedText(attachment.name) << ", " << attachment.content.size()
+          << " bytes\n";
+    }
+    out << "    body " << QuotedText(mail.body) << "\n";
+  }
+  if (sent.empty()) out << "  (nothing was sent)\n";
 }
 
 constexpr auto Commands = std::to_array<Command>({
@@ -251,7 +327,10 @@ constexpr auto Commands = std::to_array<Command>({
     {"fail", "MEMBER N NUMBER TEXT [SOURCE]", "let the n-th call of a member from now fail", 4, 5,
      FailMember},
     {"trace", "[clear | reads on|off]", "print the outside calls since the last clear", 0, 2, Trace},
-    {"log", "", "print the error log", 0, 0, ShowLog},
+    {"log", "[components]", "print the error log", 0, 1, ShowLog},
+    {"machine", "FACT VALUE", "change who works where: userName, computerName, ...", 2, 2, SetMachine},
+    {"file", "list|write|read|remove ...", "work on the machine's files", 1, 3, WorkOnFiles},
+    {"outbox", "", "print the mails that were sent", 0, 0, ShowOutbox},
 });
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "core/Handlers.h"
 #include "core/JsonErrorLog.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/ShellOpen.h"
 #include "resources/CompiledResources.h"
 
@@ -155,8 +156,11 @@ class Lines final : public FileAppender {
 TEST(JsonErrorLog, WritesOneLineOfJsonWhereTheSettingsSayNow) {
   Lines files;
   std::string path = "first";
-  JsonErrorLog log(
-      {files, [&] { return path; }, [] { return std::string("now"); }, [] { return std::string("parts"); }});
+  ComponentReport components([] {
+    return std::vector<Component>{{"parts", "", "1"}, {"more", "C:\\m", ""}};
+  });
+  components.SetLogged();
+  JsonErrorLog log({files, [&] { return path; }, [] { return std::string("now"); }, components});
   Error error(5, "quote \" back\\slash \x01 bad \xff\xc3 lone \xed\xa0\x80 \xe2\x82\xac", "src");
   error.HelpContext = 3;
   error.LastDLLError = 2;
@@ -179,7 +183,50 @@ TEST(JsonErrorLog, WritesOneLineOfJsonWhereTheSettingsSayNow) {
   EXPECT_EQ(record["trail"], nlohmann::json::array({"M.A"}));
   EXPECT_EQ(record["helpContext"], 3);
   EXPECT_EQ(record["lastDLLError"], 2);
-  EXPECT_EQ(record["components"], "parts");
+  EXPECT_EQ(record["components"], "parts 1, more");
+}
+
+class Versions final : public FileVersions {
+ public:
+  std::optional<std::string> FileVersion(const std::string& path) override {
+    ++asked;
+    return path == "C:\\a.dll" ? std::optional<std::string>("1.2.3.4") : std::nullopt;
+  }
+  int asked = 0;
+};
+
+TEST(JsonErrorLog, ReportsTheComponentsInFullOnceASession) {
+  Versions versions;
+  ComponentReport components([&] {
+    return WithFileVersions({{"own", "", "3.0"}, {"a", "C:\\a.dll", ""}, {"gone", "C:\\gone.dll", ""}},
+                            versions);
+  });
+  Lines files;
+  std::string path = "locked";
+  const auto time = [] { return std::string("now"); };
+  JsonErrorLog first({files, [&] { return path; }, time, components});
+  JsonErrorLog second({files, [&] { return path; }, time, components});
+  first.Write(CachedError(Broken()));  // arrives nowhere, so the report is still due
+  path = "log";
+  first.Write(CachedError(Broken()));
+  second.Write(CachedError(Broken()));
+  ASSERT_EQ(files.lines.size(), 2U);
+  const size_t end = files.lines.front().find('\n');
+  const auto report = nlohmann::json::parse(files.lines.front().substr(0, end));
+  EXPECT_EQ(report.dump(), R"({"components":[{"name":"own","path":"","version":"3.0"},)"
+                           R"({"name":"a","path":"C:\\a.dll","version":"1.2.3.4"},)"
+                           R"({"name":"gone","path":"C:\\gone.dll","version":""}],"time":"now"})");
+  const auto record = nlohmann::json::parse(files.lines.front().substr(end + 1));
+  EXPECT_EQ(record["components"], "own 3.0, a 1.2.3.4, gone");
+  EXPECT_EQ(nlohmann::json::parse(files.lines.back()), record)
+      << "the next log of the session says it in short";
+  EXPECT_EQ(versions.asked, 2) << "files are asked once a session";
+
+  ComponentReport broken([]() -> std::vector<Component> { throw Broken(); });
+  JsonErrorLog third({files, [&] { return path; }, time, broken});
+  third.Write(CachedError(Broken()));
+  EXPECT_EQ(nlohmann::json::parse(files.lines.back())["number"], 1001)
+      << "a report that fails keeps nothing out";
 }
 
 TEST(Numbers, RoundTiesToEvenAndOverflow) {
@@ -197,8 +244,50 @@ TEST(Numbers, RoundTiesToEvenAndOverflow) {
   EXPECT_EQ(CheckedAdd(INT32_MAX, -1), INT32_MAX - 1);
   const std::map<std::string, double> numbers{{"12", 12},   {"  -3.5x", -3.5}, {"+4", 4},      {".5", 0.5},
                                               {"", 0},      {"abc", 0},        {"1.2.3", 1.2}, {"-", 0},
-                                              {"1,000", 1}, {"1e5", 1}};
+                                              {"1,000", 1}, {"1e5", 1},        {"+-5", 0},     {"-.", 0},
+                                              {"-0x10", 0}, {"7.", 7},         {"\t9 9", 9}};
   for (const auto& [text, number] : numbers) EXPECT_EQ(LeadingNumber(text), number) << text;
+  const std::string many(400, '9');
+  EXPECT_THROW(ToInt32(LeadingNumber(many)), Error) << "too great is no 0";
+  EXPECT_THROW(ToInt32(LeadingNumber("-" + many)), Error);
+  EXPECT_EQ(LeadingNumber("0." + std::string(400, '0') + "1"), 0);
+}
+
+TEST(Numbers, AreWholeTextsWithinTheirBounds) {
+  for (const char* number : {"1", " 12 ", "-3", "+4.5", ".5", "5.", "\t6"})
+    EXPECT_TRUE(IsNumber(number)) << number;
+  for (const char* none : {"", " ", ".", "-", "+.", "1,000", "1 000", "1e5", "0x10", "&H10", "1.2.3", "--1",
+                           "5-", "five", "5 ms", "1,5", "\xD9\xA1"}) {
+    EXPECT_FALSE(IsNumber(none)) << none;
+  }
+  for (const char* inside : {"1", "1.0", "10000", "10000.0", " 100 ", "9999.9"}) {
+    EXPECT_TRUE(IsNumberBetween(inside, 1, 10000)) << inside;
+  }
+  for (const char* outside : {"0", "0.9", "10000.1", "10001", "-5", "", "12x"}) {
+    EXPECT_FALSE(IsNumberBetween(outside, 1, 10000)) << outside;
+  }
+}
+
+TEST(Paths, AreTakenApartAsTheyStand) {
+  struct Row {
+    std::string path, folder, name;
+  };
+  const std::string longName(300, 'n');
+  for (const auto& [path, folder, name] :
+       {Row{"C:\\Program Files\\a b.txt", "C:\\Program Files\\", "a b.txt"}, Row{"C:\\x", "C:\\", "x"},
+        Row{"\\\\server\\share\\x", "\\\\server\\share\\", "x"}, Row{"C:/logs/x", "C:/logs/", "x"},
+        Row{"C:\\a/b\\x", "C:\\a/b\\", "x"}, Row{"x", "", "x"}, Row{"", "", ""},
+        Row{"C:\\a\\", "C:\\a\\", ""}, Row{"D:x", "D:", "x"},
+        Row{"C:\\\u00e9t\u00e9\\x", "C:\\\u00e9t\u00e9\\", "x"},
+        Row{"C:\\" + longName + "\\x", "C:\\" + longName + "\\", "x"}}) {
+    EXPECT_EQ(FolderPart(path), folder);
+    EXPECT_EQ(FileNamePart(path), name);
+  }
+  for (const char* folder : {"C:\\logs", "C:\\logs\\", "C:\\logs\\\\", "C:\\logs/"}) {
+    EXPECT_EQ(JoinPath(folder, "x"), "C:\\logs\\x") << folder;
+  }
+  EXPECT_EQ(JoinPath("C:\\", "x"), "C:\\x");
+  EXPECT_EQ(JoinPath("", ""), "\\");
 }
 
 class Shell final : public DocumentShell {

@@ -1,0 +1,440 @@
+#include "dialogs/frmAdvanced.h"
+
+#include <array>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "core/Numbers.h"
+#include "core/Paths.h"
+#include "dialogs/frmBackgroundAdjust.h"
+#include "dialogs/frmCacheAdjust.h"
+
+namespace vexa {
+
+namespace {
+
+/// A box that stands for one setting and nothing else.
+struct Field {
+  CheckBox frmAdvanced::*box;
+  bool (RegSettings::*get)();
+  void (RegSettings::*let)(const bool&);
+  bool inverted = false;
+};
+
+// In the order in which they are read and written.
+constexpr std::array<Field, 4> MatchingFields{{
+    {&frmAdvanced::chkShow, &RegSettings::GetShowVexa2Buttons, &RegSettings::LetShowVexa2Buttons},
+    {&frmAdvanced::chkAssume, &RegSettings::GetAssumeUniqueEmailAddresses,
+     &RegSettings::LetAssumeUniqueEmailAddresses},
+    {&frmAdvanced::chkSearchEmail, &RegSettings::GetSearchEmailAddresses,
+     &RegSettings::LetSearchEmailAddresses},
+    {&frmAdvanced::chkOnlySearch, &RegSettings::GetOnlySearchIfNoLinks, &RegSettings::LetOnlySearchIfNoLinks},
+}};
+constexpr std::array<Field, 2> CopyingFields{{
+    {&frmAdvanced::chkDontEdit, &RegSettings::GetEditFolderFields, &RegSettings::LetEditFolderFields, true},
+    {&frmAdvanced::chkMakeWorking, &RegSettings::GetMakeWorkingCopy, &RegSettings::LetMakeWorkingCopy},
+}};
+
+void LoadFields(frmAdvanced& dialog, RegSettings& settings, std::span<const Field> fields) {
+  for (const Field& field : fields) {
+    (dialog.*field.box).SetChecked((settings.*field.get)() != field.inverted);
+  }
+}
+
+void WriteFields(const frmAdvanced& dialog, RegSettings& settings, std::span<const Field> fields) {
+  for (const Field& field : fields) {
+    (settings.*field.let)((dialog.*field.box).Checked() != field.inverted);
+  }
+}
+
+constexpr const char* AddinRegistryKey = "SOFTWARE\\Microsoft\\Office\\Outlook\\Addins\\VexaAddin.Connect";
+constexpr int32_t LevelNothing = 3;  // the stored level of slider position 0
+constexpr int32_t KilobytesPerMegabyte = 1024;
+
+/// A flag that is True for the time of a scope.
+class Flag {
+ public:
+  explicit Flag(bool& flag) : flag_(flag), former_(std::exchange(flag, true)) {}
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+  ~Flag() { flag_ = former_; }
+
+ private:
+  bool& flag_;
+  bool former_;
+};
+
+/// The form is disabled under the wait pointer for the time of a scope.
+class BusyForm {
+ public:
+  explicit BusyForm(Form& form) : form_(form) {
+    form_.SetEnabled(false);
+    form_.SetMousePointer(Form::Pointer::Wait);
+  }
+  BusyForm(const BusyForm&) = delete;
+  BusyForm& operator=(const BusyForm&) = delete;
+  ~BusyForm() {
+    form_.SetMousePointer(Form::Pointer::Default);
+    form_.SetEnabled(true);
+  }
+
+ private:
+  Form& form_;
+};
+
+/// What is stored of a box that counts only while it can be used.
+bool CheckedAndEnabled(const CheckBox& box) { return box.Checked() && box.Enabled(); }
+
+}  // namespace
+
+frmAdvanced::frmAdvanced(const Services& services) : Dialog("frmAdvanced"), services_(services) {
+  SetCaption(services.resources.LoadString(StringId::AdvancedTitle));
+  LoadCaptions(services.resources);
+  txtQuickscanHours.SetEnabled(false);
+  SetDefaultButton(cmdOk);
+  SetCancelButton(cmdCancel);
+
+  for (Event* changed : {&chkShow.OnClick, &chkOnlySearch.OnClick, &chkBypass.OnClick, &chkDontEdit.OnClick,
+                         &chkMakeWorking.OnClick, &chkErrReporting.OnClick, &chkUseEnterprise.OnClick,
+                         &chkAllUsers.OnClick, &sldLogLevel.OnChange, &txtQuickscanHours.OnChange}) {
+    *changed = [this] { EnableOk(); };
+  }
+  const auto on = [&](Event& event, std::string_view procedure, void (frmAdvanced::*handler)()) {
+    event = Handler(services_, *this, procedure, [this, handler] {
+      if (!loading_) (this->*handler)();  // Load sets what depends on what itself
+    });
+  };
+  on(chkAssume.OnClick, "chkAssume_Click", &frmAdvanced::AssumeBoxChanged);
+  on(chkSearchEmail.OnClick, "chkSearchEmail_Click", &frmAdvanced::SearchEmailBoxChanged);
+  on(chkCache.OnClick, "chkCache_Click", &frmAdvanced::CacheBoxChanged);
+  on(chkWork.OnClick, "chkWork_Click", &frmAdvanced::WorkBoxChanged);
+  on(chkQuickscanHours.OnClick, "chkQuickscanHours_Click", &frmAdvanced::HoursBoxChanged);
+  on(txtQuickscanHours.OnLostFocus, "txtQuickscanHours_LostFocus", &frmAdvanced::HoursLeft);
+  txtQuickscanHours.OnGotFocus = [this] { txtQuickscanHours.SelectAll(); };
+  sldMaxSize.OnChange = Handler(services_, *this, "sldMaxSize_Change", [this] {
+    ShowSize();
+    EnableOk();
+  });
+  on(cmdAdjCache.OnClick, "cmdAdjCache_Click", &frmAdvanced::AdjustCache);
+  on(cmdAdjBackground.OnClick, "cmdAdjBackground_Click", &frmAdvanced::AdjustBackground);
+  on(cmdLocation.OnClick, "cmdLocation_Click", &frmAdvanced::ChooseLogFolder);
+  on(cmdEmail.OnClick, "cmdEmail_Click", &frmAdvanced::EmailLog);
+  on(cmdDefault.OnClick, "cmdDefault_Click", &frmAdvanced::RestoreDefaults);
+  on(cmdOk.OnClick, "cmdOk_Click", &frmAdvanced::Ok);
+  cmdCancel.OnClick = [this] { End(true); };
+}
+
+void frmAdvanced::EnableOk() {
+  if (canWrite_) cmdOk.SetEnabled(true);
+}
+
+// --- loading
+
+void frmAdvanced::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSettings, OptionsPage& page) {
+  PassOn(Name(), "Initialize", [&] {
+    addin_ = std::move(vexaAddin);
+    settings_ = std::move(theRegSettings);
+    page_ = &page;
+    const Flag loading(loading_);
+    Load();
+  });
+}
+
+void frmAdvanced::Load() {
+  RegSettings& settings = Require(settings_);
+  LoadOptions(settings);
+  LoadErrorLog(settings);
+  const int32_t hours = settings.GetQuickscanHours();
+  chkQuickscanHours.SetChecked(hours > 0);
+  txtQuickscanHours.SetText(std::to_string(hours));
+  LoadScope(settings);
+  cmdEmail.SetEnabled(services_.desktop.FileExists(txtLogPath.Text()));
+  canWrite_ = CanWrite(settings);
+  txtQuickscanHours.SetEnabled(chkQuickscanHours.Checked());
+  if (!canWrite_) ShowReadOnly();
+  cmdOk.SetEnabled(false);
+}
+
+void frmAdvanced::LoadOptions(RegSettings& settings) {
+  LoadFields(*this, settings, MatchingFields);
+  chkOnlySearch.SetEnabled(chkSearchEmail.Checked());
+  const bool bypass = settings.GetBypassObjectModel();
+  const bool bypassBlocked = Require(Require(addin_).Utilities()).BypassBlocked();
+  chkBypass.SetChecked(bypass && !bypassBlocked);
+  chkBypass.SetEnabled(!bypassBlocked);
+  LoadFields(*this, settings, CopyingFields);
+  const bool cache = settings.GetCacheContactFolders();
+  chkCache.SetEnabled(chkSearchEmail.Checked() && chkAssume.Checked());
+  chkCache.SetChecked(cache && chkCache.Enabled());
+  chkWork.SetChecked(settings.GetWorkInBackground());
+  cmdAdjCache.SetEnabled(chkCache.Checked());
+  cmdAdjBackground.SetEnabled(chkWork.Checked());
+}
+
+void frmAdvanced::LoadErrorLog(RegSettings& settings) {
+  const int32_t level = settings.GetLogLevel();
+  // Anything unknown shows as everything.
+  sldLogLevel.SetPosition(level >= 1 && level <= LevelNothing ? LevelNothing - level : LevelNothing);
+  sldMaxSize.SetPosition(ToInt32(static_cast<double>(settings.GetMaxLogSize()) / KilobytesPerMegabyte));
+  ShowSize();  // a slider that stands there already raises no change
+  txtLogPath.SetText(settings.GetErrorLogPath());
+  chkErrReporting.SetChecked(settings.GetAutomaticErrorReporting());
+}
+
+void frmAdvanced::LoadScope(RegSettings& settings) {
+  const bool ignored = settings.GetIgnoreEnterpriseSettings();
+  const bool present = settings.GetEnterpriseSettingsPresent();
+  chkUseEnterprise.SetChecked(!(ignored && present));
+  chkUseEnterprise.SetEnabled(present);
+  chkAllUsers.SetChecked(settings.GetAllUsersMode());
+  chkAllUsers.SetEnabled(services_.desktop.CanWriteRegistry(RegistryRoot::LocalMachine, AddinRegistryKey));
+}
+
+void frmAdvanced::ShowReadOnly() {
+  for (Control* control : std::initializer_list<Control*>{
+           &chkShow, &chkAssume, &chkSearchEmail, &chkOnlySearch, &chkBypass, &chkDontEdit, &chkMakeWorking,
+           &chkQuickscanHours, &txtQuickscanHours, &chkCache, &chkWork}) {
+    control->SetEnabled(false);
+  }
+  cmdAdjCache.SetCaption(services_.resources.LoadString(StringId::View));
+  cmdAdjBackground.SetCaption(services_.resources.LoadString(StringId::View));
+}
+
+void frmAdvanced::ShowSize() {
+  lblSize.SetCaption(std::to_string(sldMaxSize.Position()) +
+                     services_.resources.LoadString(StringId::Megabytes));
+}
+
+// --- the rules that tie controls together
+
+void frmAdvanced::UpdateCache() {
+  chkCache.SetEnabled(chkSearchEmail.Checked() && chkAssume.Checked());
+  if (!chkCache.Enabled()) chkCache.SetChecked(false);
+  cmdAdjCache.SetEnabled(CheckedAndEnabled(chkCache));
+}
+
+void frmAdvanced::AssumeBoxChanged() {
+  if (insideHandler_) return;
+  const Flag inside(insideHandler_);
+  if (Prompts() && chkCache.Checked() && !chkAssume.Checked()) {
+    const MessageAnswer answer = services_.desktop.Show(
+        services_.resources.LoadString(StringId::CachingMustBeDisabled), MessageIcon::Exclamation,
+        MessageButtons::OkCancel, services_.resources.LoadString(StringId::ShortProductName));
+    if (answer == MessageAnswer::Ok) {
+      chkCache.SetChecked(false);
+    } else {
+      chkAssume.SetChecked(true);
+    }
+  }
+  UpdateCache();
+  EnableOk();
+}
+
+void frmAdvanced::SearchEmailBoxChanged() {
+  if (insideHandler_) return;
+  const Flag inside(insideHandler_);
+  if (Prompts() && chkSearchEmail.Checked() && !chkCache.Checked()) {
+    const MessageAnswer answer = services_.desktop.Show(
+        services_.resources.LoadString(StringId::ShouldTurnOnCaching), MessageIcon::Question,
+        MessageButtons::YesNo, services_.resources.LoadString(StringId::ProductName));
+    if (answer == MessageAnswer::Yes) {
+      chkCache.SetChecked(true);
+      chkAssume.SetChecked(true);
+    }
+  }
+  UpdateCache();
+  chkOnlySearch.SetEnabled(chkSearchEmail.Checked());
+  EnableOk();
+}
+
+void frmAdvanced::CacheBoxChanged() {
+  cmdAdjCache.SetEnabled(chkCache.Checked());
+  EnableOk();
+}
+
+void frmAdvanced::WorkBoxChanged() {
+  if (Prompts()) {
+    services_.desktop.Show(services_.resources.LoadString(StringId::TakesEffectLater),
+                           MessageIcon::Information, MessageButtons::Ok,
+                           services_.resources.LoadString(StringId::ShortProductName));
+  }
+  cmdAdjBackground.SetEnabled(chkWork.Checked());
+  EnableOk();
+}
+
+void frmAdvanced::HoursBoxChanged() {
+  EnableOk();
+  txtQuickscanHours.SetEnabled(chkQuickscanHours.Checked() && CanWrite(Require(settings_)));
+}
+
+void frmAdvanced::HoursLeft() {
+  const double hours = LeadingNumber(txtQuickscanHours.Text());
+  txtQuickscanHours.SetText(std::to_string(hours < 0 ? 0 : ToInt16(hours)));
+}
+
+// --- buttons
+
+void frmAdvanced::RestoreDefaults() {
+  const MessageAnswer answer = services_.desktop.Show(
+      services_.resources.LoadString(StringId::RestoreDefaultsQuestion), MessageIcon::None,
+      MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
+  if (answer != MessageAnswer::Ok) return;
+  constexpr int32_t defaultMegabytes = 2048;  // more than OK can store: it overflows until the user lowers it
+  const Flag suppress(suppressPrompts_);
+  EnableOk();  // some values are written at once, even when no control changes
+  RegSettings& settings = Require(settings_);
+  if (CanWrite(settings)) RestoreOptions(settings);
+  chkUseEnterprise.SetChecked(true);
+  sldLogLevel.SetPosition(LevelNothing);
+  sldMaxSize.SetPosition(defaultMegabytes);
+  const std::string folder = Require(Require(Require(addin_).Utilities()).App()).Path();
+  txtLogPath.SetText(JoinPath(folder, ErrorLogName));
+  chkErrReporting.SetChecked(false);
+}
+
+void frmAdvanced::RestoreOptions(RegSettings& settings) {
+  chkShow.SetChecked(false);
+  chkAssume.SetChecked(true);
+  chkSearchEmail.SetChecked(true);
+  chkOnlySearch.SetChecked(false);
+  chkBypass.SetChecked(!Require(Require(addin_).Utilities()).BypassBlocked());
+  chkDontEdit.SetChecked(false);
+  chkMakeWorking.SetChecked(false);
+  chkQuickscanHours.SetChecked(false);
+  txtQuickscanHours.SetText("0");
+  chkCache.SetChecked(true);
+  settings.LetRecordsPerDownload(100);
+  settings.LetKeepCacheSynchronized(true);
+  settings.LetStopCacheFillOnExit(false);
+  chkWork.SetChecked(true);
+  settings.LetBackgroundWorkTime(10);
+  settings.LetBackgroundInterval(10);
+}
+
+void frmAdvanced::AdjustCache() {
+  frmCacheAdjust adjust(services_);
+  adjust.Initialize(addin_, settings_);
+  services_.windows.ShowModal(adjust, this);
+}
+
+void frmAdvanced::AdjustBackground() {
+  frmBackgroundAdjust adjust(services_);
+  adjust.Initialize(addin_, settings_);
+  services_.windows.ShowModal(adjust, this);
+}
+
+void frmAdvanced::ChooseLogFolder() {
+  std::optional<std::string> folder;
+  try {
+    folder = services_.desktop.BrowseForFolder(services_.resources.LoadString(StringId::SelectLogLocation),
+                                               JoinPath(FolderPart(txtLogPath.Text()), ""));
+  } catch (...) {
+    Error error = CurrentError();
+    if (error.Number == 0) error.Number = static_cast<int32_t>(ErrorNumber::InternalError);
+    error.Description = "Could not create browse dialog in cmdLocation_Click";
+    throw error;
+  }
+  if (!folder) return;
+  txtLogPath.SetText(JoinPath(*folder, ErrorLogName));
+  EnableOk();
+  cmdEmail.SetEnabled(services_.desktop.FileExists(txtLogPath.Text()));
+}
+
+void frmAdvanced::EmailLog() {
+  StageTrail stages(Name());
+  stages.Run([&] {
+    const std::string path = txtLogPath.Text();
+    if (!services_.desktop.FileExists(path)) {
+      services_.desktop.Show(services_.resources.LoadString(StringId::LogDoesNotExist) + path,
+                             MessageIcon::Information, MessageButtons::Ok,
+                             services_.resources.LoadString(StringId::ShortProductName));
+      return;
+    }
+    stages.Reach("Showing MsgBox");
+    const MessageAnswer answer = services_.desktop.Show(
+        services_.resources.LoadString(StringId::SendLogPrivacy), MessageIcon::None, MessageButtons::OkCancel,
+        services_.resources.LoadString(StringId::SendLogTitle));
+    stages.Reach("Done MsgBox");
+    if (answer != MessageAnswer::Ok || !SendLog(path, stages)) return;
+    services_.desktop.Show(services_.resources.LoadString(StringId::LogSent, {services_.supportAddress}),
+                           MessageIcon::Information, MessageButtons::Ok,
+                           services_.resources.LoadString(StringId::ShortProductName));
+    stages.Reach("Done cmdEmail");
+  });
+}
+
+bool frmAdvanced::SendLog(const std::string& path, StageTrail& stages) {
+  CachedError failure;
+  bool sent = false;
+  {
+    const BusyForm busy(*this);
+    TemporaryFile copy(services_.desktop, path + ".VexaRenamed");
+    try {
+      stages.Run([&] { SendErrorLog(Require(addin_), services_, path, copy, stages); });
+      sent = true;
+    } catch (const Error& error) {
+      failure.SetTo(error, Name(), "cmdEmail_Click");
+    }
+    if (sent) {
+      copy.Remove();
+      stages.Reach("Killed Tempfile");
+      // While the dialog is still disabled: what was clicked in the meantime is dropped.
+      services_.desktop.ProcessPendingMessages();
+    }
+  }
+  stages.Reach("Me Mousepointered");
+  stages.Reach("Me Enabled");
+  if (sent) return true;
+  IgnoreErrors([&] {
+    services_.desktop.Show(
+        services_.resources.LoadString(StringId::LogNotSent) + "\r\n" + failure.Description(),
+        MessageIcon::Critical, MessageButtons::Ok, services_.resources.LoadString(StringId::ProductName));
+  });
+  failure.Log(services_.errorLog);
+  return false;
+}
+
+// --- OK and Cancel
+
+void frmAdvanced::Ok() {
+  RegSettings& settings = Require(settings_);
+  if (CanWrite(settings)) WriteOptions(settings);
+  WriteRest(settings);
+  // Before anything is let go of: when it fails the dialog stays as it is.
+  Require(page_).SetDirty();
+  End(false);
+}
+
+void frmAdvanced::WriteOptions(RegSettings& settings) {
+  WriteFields(*this, settings, MatchingFields);
+  settings.LetBypassObjectModel(CheckedAndEnabled(chkBypass));
+  WriteFields(*this, settings, CopyingFields);
+  settings.LetQuickscanHours(chkQuickscanHours.Checked() ? ToInt32(LeadingNumber(txtQuickscanHours.Text()))
+                                                         : 0);
+  settings.LetCacheContactFolders(CheckedAndEnabled(chkCache));
+  settings.LetWorkInBackground(CheckedAndEnabled(chkWork));
+}
+
+void frmAdvanced::WriteRest(RegSettings& settings) {
+  settings.LetAllUsersMode(chkAllUsers.Checked());
+  settings.LetIgnoreEnterpriseSettings(!chkUseEnterprise.Checked() &&
+                                       settings.GetEnterpriseSettingsPresent());
+  settings.LetLogLevel(LevelNothing - sldLogLevel.Position());
+  settings.LetMaxLogSize(ToInt16(static_cast<double>(sldMaxSize.Position()) * KilobytesPerMegabyte));
+  // The setting reads as the whole path and takes the folder alone.
+  std::string_view folder = FolderPart(txtLogPath.Text());
+  if (folder.ends_with('\\') || folder.ends_with('/')) folder.remove_suffix(1);
+  settings.LetErrorLogPath(std::string(folder));
+  settings.LetAutomaticErrorReporting(chkErrReporting.Checked());
+}
+
+void frmAdvanced::End(bool cancelled) {
+  Hide();
+  cancelled_ = cancelled;
+  addin_.reset();
+  settings_.reset();
+  page_ = nullptr;
+}
+
+}  // namespace vexa

@@ -1,0 +1,38 @@
+#include "dialogs/frmNotice.h"
+
+#include <array>
+
+namespace vexa {
+
+frmNotice::frmNotice() : Dialog("frmNotice") {
+  SetTopMost(true);
+  cmdFirst.OnClick = [this] { End(1); };
+  cmdSecond.OnClick = [this] { End(2); };
+  cmdThird.OnClick = [this] { End(3); };
+}
+
+void frmNotice::Initialize(const std::string& title, const std::string& text,
+                           const std::vector<std::string>& buttons) {
+  PassOn(Name(), "Initialize", [&] {
+    const std::array<Button*, 3> places{&cmdFirst, &cmdSecond, &cmdThird};
+    if (buttons.empty() || buttons.size() > places.size()) {
+      throw MakeError(ErrorNumber::InvalidProcedureCall);
+    }
+    SetCaption(title);
+    lblText.SetCaption(text);
+    for (size_t i = 0; i < places.size(); ++i) {
+      places[i]->SetVisible(i < buttons.size());
+      if (i < buttons.size()) places[i]->SetCaption(buttons[i]);
+    }
+    buttonCount_ = static_cast<int32_t>(buttons.size());
+    SetDefaultButton(cmdFirst);
+    SetCancelButton(*places[buttons.size() - 1]);
+  });
+}
+
+void frmNotice::End(int32_t answer) {
+  answer_ = answer;
+  Hide();
+}
+
+}  // namespace vexa
