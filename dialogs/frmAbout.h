@@ -22,8 +22,8 @@ class frmAbout final : public Dialog {
   Label lblVersion{*this, "lblVersion"};
   Label lblInfo{*this, "lblInfo"};
   Label lblEnterprise{*this, "lblEnterprise"};
-  Button cmdSysInfo{*this, "cmdSysInfo", StringId::SystemInfo};
   Button cmdOk{*this, "cmdOk", StringId::Ok};
+  Button cmdSysInfo{*this, "cmdSysInfo", StringId::SystemInfo};
 
  private:
   void ShowSystemInfo();

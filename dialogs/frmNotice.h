@@ -1,5 +1,5 @@
-// A message that stays above all other windows, Outlook's own included: a title, a formatted text and one to three
-// buttons. Whoever has something to say makes it, shows it modally and asks for the answer.
+// A message that stays above all other windows, Outlook's own included: a title, a formatted text and one to
+// three buttons. Whoever has something to say makes it, shows it modally and asks for the answer.
 #pragma once
 
 #include <cstdint>

@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "workbench/LowerCase.h"
-
 namespace vexa::workbench {
 
 /// "; did you mean "X"?" with the nearest of `known`, or "; right would be one of …" when none is near.
@@ -15,13 +13,6 @@ std::string SuggestName(std::string_view wrong, const std::vector<std::string_vi
 
 /// Equal but for the case of ASCII letters.
 bool SameName(std::string_view left, std::string_view right);
-
-/// Order of names of files and registry keys, whose case makes no difference.
-struct LessIgnoringCase {
-  bool operator()(std::string_view left, std::string_view right) const {
-    return LowerCase(left) < LowerCase(right);
-  }
-};
 
 /// A name as part of a path: "\", "/" and "%" in it read "%5C", "%2F" and "%25".
 std::string EncodedName(std::string_view name);

@@ -12,7 +12,7 @@
 #include <variant>
 
 #include "dialogs/Screen.h"
-#include "workbench/Names.h"
+#include "workbench/LowerCase.h"
 #include "workbench/SettingsData.h"
 #include "workbench/World.h"
 

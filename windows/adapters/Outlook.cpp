@@ -49,10 +49,60 @@ class ComFolder final : public Folder, public Wrapper {
   LateBound folder_;
 };
 
+class ComMailItem final : public MailItem, public Wrapper {
+ public:
+  explicit ComMailItem(const ComPtr<IUnknown>& mail) : mail_(mail) {}
+
+  ComPtr<IUnknown> Wrapped() const override { return mail_.Dispatch().As<IUnknown>(); }
+
+  void LetBody(const std::string& text) override { mail_.Put(L"Body", text); }
+  void LetSubject(const std::string& text) override { mail_.Put(L"Subject", text); }
+  void AddRecipient(const std::string& address) override {
+    LateBound(mail_.CallForObject(L"Recipients")).Call(L"Add", {address});
+  }
+  void AddAttachment(const std::string& path) override {
+    LateBound(mail_.CallForObject(L"Attachments")).Call(L"Add", {path});
+  }
+  void Send() override { mail_.Call(L"Send"); }
+
+ private:
+  LateBound mail_;
+};
+
+class ComRecipient final : public Recipient {
+ public:
+  explicit ComRecipient(const ComPtr<IUnknown>& recipient) : recipient_(recipient) {}
+  std::string Name() override { return recipient_.CallForText(L"Name"); }
+
+ private:
+  LateBound recipient_;
+};
+
+class ComOutlook final : public OutlookApplication {
+ public:
+  explicit ComOutlook(const ComPtr<IUnknown>& application) : application_(application) {}
+  std::shared_ptr<MailItem> CreateItem(ItemType type) override {
+    const ComPtr<IUnknown> item = application_.CallForObject(L"CreateItem", {static_cast<int32_t>(type)});
+    return item ? std::make_shared<ComMailItem>(item) : nullptr;
+  }
+
+ private:
+  LateBound application_;
+};
+
 class ComSession final : public NameSpace {
  public:
   explicit ComSession(const ComPtr<IUnknown>& session) : session_(session) {}
 
+  std::shared_ptr<OutlookApplication> Application() override {
+    const ComPtr<IUnknown> application = session_.CallForObject(L"Application");
+    return application ? std::make_shared<ComOutlook>(application) : nullptr;
+  }
+  std::shared_ptr<Recipient> CurrentUser() override {
+    const ComPtr<IUnknown> user = session_.CallForObject(L"CurrentUser");
+    return user ? std::make_shared<ComRecipient>(user) : nullptr;
+  }
+  std::string CurrentProfileName() override { return session_.CallForText(L"CurrentProfileName"); }
   std::shared_ptr<vexa::Folders> Folders() override {
     return AdaptFolders(session_.CallForObject(L"Folders"));
   }

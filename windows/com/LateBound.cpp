@@ -88,15 +88,28 @@ std::string LateBound::CallForText(const wchar_t* member, std::initializer_list<
   return Call(member, arguments).ToText();
 }
 
+void LateBound::Put(const wchar_t* member, const Variant& value) {
+  const DISPID id = IdOf(member);
+  Arguments packed({value});
+  DISPPARAMS parameters = packed.Parameters();
+  DISPID assigned = DISPID_PROPERTYPUT;  // the name of the value among the arguments
+  parameters.rgdispidNamedArgs = &assigned;
+  parameters.cNamedArgs = 1;
+  Invoke(id, DISPATCH_PROPERTYPUT, parameters, nullptr);
+}
+
 void LateBound::Invoke(const wchar_t* member, std::initializer_list<Variant> arguments, VARIANT& result) {
   const DISPID id = IdOf(member);
   Arguments packed(arguments);
   DISPPARAMS parameters = packed.Parameters();
+  Invoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result);
+}
+
+void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) {
   EXCEPINFO exception{};
   UINT wrongArgument = 0;
-  const HRESULT outcome =
-      object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters,
-                      &result, &exception, &wrongArgument);
+  const HRESULT outcome = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
+                                          &exception, &wrongArgument);
   CheckInvoke(outcome, exception);
 }
 

@@ -22,11 +22,14 @@ class LateBound {
   /// The same, for a member that answers a number; a fraction is rounded, error 6 when it does not fit.
   int32_t CallForNumber(const wchar_t* member, std::initializer_list<Variant> arguments = {});
   std::string CallForText(const wchar_t* member, std::initializer_list<Variant> arguments = {});
+  /// Assigns a property.
+  void Put(const wchar_t* member, const Variant& value);
 
   const ComPtr<IDispatch>& Dispatch() const { return object_; }
 
  private:
   void Invoke(const wchar_t* member, std::initializer_list<Variant> arguments, VARIANT& result);
+  void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result);
   DISPID IdOf(const wchar_t* member);
 
   ComPtr<IDispatch> object_;

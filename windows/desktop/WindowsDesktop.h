@@ -22,6 +22,19 @@ class WindowsDesktop final : public Desktop {
   std::optional<std::string> BrowseForFolder(const std::string& prompt,
                                              const std::string& startFolder) override;
   std::string LowerCase(const std::string& text) override;
+
+  bool FileExists(const std::string& path) override;
+  void CopyFileTo(const std::string& from, const std::string& to) override;
+  void RemoveFile(const std::string& path) override;
+  std::string UserName() override;
+  std::string ComputerName() override;
+  void ProcessPendingMessages() override;
+  std::optional<Variant> ReadRegistry(RegistryRoot root, const std::string& key,
+                                      const std::string& name) override;
+  void WriteRegistry(RegistryRoot root, const std::string& key, const std::string& name,
+                     const Variant& value) override;
+  bool CanWriteRegistry(RegistryRoot root, const std::string& key) override;
+  std::optional<std::string> FileVersion(const std::string& path) override;
 };
 
 /// The string tables, icons and cursors of a module. Texts come in the given language when the module has
