@@ -1,4 +1,4 @@
-// Every outside call of every action of the page and the editor, failing once in turn. Whatever fails: no
+// Every outside call of every action of the page and its dialogs, failing once in turn. Whatever fails: no
 // crash, the error ends where it must with its trail, and what is stored is what the action is known to
 // leave.
 #include <gtest/gtest.h>
@@ -6,7 +6,11 @@
 #include <algorithm>
 #include <set>
 
+#include "dialogs/frmAdvanced.h"
+#include "dialogs/frmBackgroundAdjust.h"
+#include "dialogs/frmCacheAdjust.h"
 #include "dialogs/frmFolders.h"
+#include "dialogs/frmSharedFolders.h"
 #include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
 
@@ -283,6 +287,231 @@ TEST(FaultSweep, TheFolderPickerLeavesTheTrackingOptionsUsable) {
     EXPECT_EQ(found, 1);
     EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
   });
+}
+
+/// Nothing was called after the call that failed, up to now.
+void ExpectNothingAfterTheFailure(Scene& scene) {
+  const std::vector<std::string>& lines = scene.stage.calls.Lines();
+  const auto failed = std::ranges::find_if(
+      lines, [](const std::string& line) { return line.find(" !! 4711") != std::string::npos; });
+  ASSERT_NE(failed, lines.end());
+  for (auto line = failed + 1; line != lines.end(); ++line) {
+    EXPECT_TRUE(line->starts_with("MSG[") || line->starts_with("RS.ErrorLogPath"))
+        << *line << " after " << *failed;
+  }
+}
+
+/// Presses a button of a dialog in which a call may fail; then the failure was shown under `procedure`, and
+/// the same again works. `ends`: the button closes the dialog.
+void PressUntilDone(Scene& scene, Dialog& dialog, Button& button, const std::string& procedure,
+                    bool ends = true) {
+  scene.TakeSeen();
+  scene.stage.calls.Clear();
+  scene.Click(dialog, button);
+  const std::string seen = scene.TakeSeen();
+  if (seen.find("4711") == std::string::npos) {
+    EXPECT_EQ(dialog.IsShowing(), !ends);
+    return;
+  }
+  EXPECT_NE(seen.find(procedure), std::string::npos) << seen;
+  EXPECT_TRUE(dialog.IsShowing());
+  EXPECT_TRUE(dialog.Enabled());
+  EXPECT_TRUE(button.Enabled());
+  ExpectNothingAfterTheFailure(scene);
+  scene.Click(dialog, button);
+  EXPECT_EQ(dialog.IsShowing(), !ends);
+  EXPECT_EQ(scene.TakeSeen().find("4711"), std::string::npos);
+}
+
+/// The page with its advanced settings open: `body` works there. Tries once more when opening them fails.
+void WithAdvanced(Scene& scene, const std::function<void(frmAdvanced&)>& body) {
+  bool shown = false;
+  for (const int attempt : {1, 2}) {
+    scene.InNextDialog([&](Dialog& dialog) {
+      shown = true;
+      body(dynamic_cast<frmAdvanced&>(dialog));
+    });
+    scene.Click(scene.Page(), scene.Page().cmdAdvanced);
+    if (shown) return;
+    const std::string seen = scene.TakeSeen();
+    EXPECT_NE(seen.find("frmAdvanced.Initialize-->OutlookPropertiesPage.cmdAdvanced_Click"),
+              std::string::npos)
+        << attempt << seen;
+    EXPECT_EQ(scene.Writes(), "") << "loading writes nothing";
+    scene.dialogs.clear();
+  }
+  FAIL() << "the advanced settings do not open the second time";
+}
+
+void OpenAndForget(Scene& scene) {
+  scene.Open();
+  scene.stage.calls.Clear();
+}
+
+TEST(FaultSweep, AdvancedOkStaysOpenWithWhatItHasWritten) {
+  const auto change = [](Scene& scene) {
+    WithAdvanced(scene, [&](frmAdvanced& dialog) {
+      scene.Click(dialog, dialog.chkShow);
+      scene.Click(dialog, dialog.chkUseEnterprise);
+      PressUntilDone(scene, dialog, dialog.cmdOk, "frmAdvanced.cmdOk_Click");
+      EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
+    });
+  };
+  const auto prepare = [](Scene& scene) {
+    scene.stage.workbench.profile.settings.EnterpriseSettingsPresent = true;
+    OpenAndForget(scene);
+  };
+  Sweep(39, prepare, change, [](Scene& scene) {
+    SettingsData expected = scene.stage.workbench.profile.settings;
+    expected.ShowVexa2Buttons = true;
+    expected.IgnoreEnterpriseSettings = true;
+    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
+  });
+}
+
+TEST(FaultSweep, AdvancedMarksThePageOnlyWhenAllIsWritten) {
+  for (const char* member : {"RS.ShowVexa2Buttons=", "RS.LogLevel=", "RS.AutomaticErrorReporting="}) {
+    Scene scene;
+    OpenAndForget(scene);
+    WithAdvanced(scene, [&](frmAdvanced& dialog) {
+      scene.Click(dialog, dialog.chkShow);
+      scene.stage.calls.PlanFault(member, 1, Error(4711, "planned", "Outside"));
+      scene.Click(dialog, dialog.cmdOk);
+      EXPECT_TRUE(dialog.IsShowing());
+      scene.Click(dialog, dialog.cmdCancel);
+    });
+    EXPECT_FALSE(scene.Page().PropertyPage_Dirty()) << member;
+  }
+}
+
+TEST(FaultSweep, RestoringTheDefaultsCanBeTriedAgain) {
+  const auto prepare = [](Scene& scene) {
+    SettingsData& stored = scene.stage.workbench.profile.settings;
+    stored.QuickscanHours = 5;
+    stored.RecordsPerDownload = 7;
+    stored.BackgroundInterval = 7;
+    OpenAndForget(scene);
+  };
+  const auto restore = [](Scene& scene) {
+    WithAdvanced(scene, [&](frmAdvanced& dialog) {
+      // The hours' own handler asks for the access, too, and tells of its failure itself.
+      scene.Click(dialog, dialog.cmdDefault);
+      const std::string seen = scene.TakeSeen();
+      if (seen.find("4711") != std::string::npos) {
+        EXPECT_TRUE(seen.find("frmAdvanced.cmdDefault_Click") != std::string::npos ||
+                    seen.find("frmAdvanced.chkQuickscanHours_Click") != std::string::npos)
+            << seen;
+        scene.Click(dialog, dialog.cmdDefault);
+      }
+      EXPECT_TRUE(dialog.cmdOk.Enabled());
+      EXPECT_EQ(dialog.txtLogPath.Text(), "C:\\Program Files\\Tolvane\\Vexa\\Bin\\VEXAERRORS.MDB");
+      scene.TakeSeen();
+      scene.Click(dialog, dialog.chkWork);
+      EXPECT_NE(scene.TakeSeen().find("the next time you start Outlook"), std::string::npos)
+          << "prompts are back";
+    });
+  };
+  Sweep(32, prepare, restore, [](Scene& scene) {
+    SettingsData expected = scene.stage.workbench.profile.settings;
+    expected.RecordsPerDownload = 100;
+    expected.BackgroundInterval = 10;
+    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "") << "the rest waits for OK";
+    EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
+  });
+}
+
+TEST(FaultSweep, ChoosingTheLogsFolderCanBeTriedAgain) {
+  const auto choose = [](Scene& scene) {
+    scene.browse = {BrowseAnswer::Kind::Chosen, "D:\\logs"};
+    WithAdvanced(scene, [&](frmAdvanced& dialog) {
+      PressUntilDone(scene, dialog, dialog.cmdLocation, "frmAdvanced.cmdLocation_Click", false);
+      EXPECT_EQ(dialog.txtLogPath.Text(), "D:\\logs\\VEXAERRORS.MDB");
+      EXPECT_TRUE(dialog.cmdOk.Enabled());
+    });
+  };
+  Sweep(24, OpenAndForget, choose, [](Scene& scene) { EXPECT_EQ(scene.Writes(), ""); });
+}
+
+TEST(FaultSweep, TuningStaysOpenWithWhatItHasWritten) {
+  const auto tuneCache = [](Scene& scene) {
+    WithAdvanced(scene, [&](frmAdvanced& advanced) {
+      for (bool shown = false; !shown;) {
+        scene.InNextDialog([&](Dialog& dialog) {
+          shown = true;
+          auto& cache = dynamic_cast<frmCacheAdjust&>(dialog);
+          UserActions(cache).Type(cache.txtNumRecords, "50");
+          PressUntilDone(scene, cache, cache.cmdOk, "frmCacheAdjust.cmdOk_Click");
+        });
+        scene.Click(advanced, advanced.cmdAdjCache);
+        EXPECT_EQ(scene.TakeSeen().find("frmCacheAdjust.Initialize-->frmAdvanced.cmdAdjCache_Click") ==
+                      std::string::npos,
+                  shown);
+        scene.dialogs.clear();
+      }
+    });
+  };
+  Sweep(29, OpenAndForget, tuneCache, [](Scene& scene) {
+    SettingsData expected = scene.stage.workbench.profile.settings;
+    expected.RecordsPerDownload = 50;
+    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
+  });
+  const auto tuneWork = [](Scene& scene) {
+    WithAdvanced(scene, [&](frmAdvanced& advanced) {
+      for (bool shown = false; !shown;) {
+        scene.InNextDialog([&](Dialog& dialog) {
+          shown = true;
+          auto& background = dynamic_cast<frmBackgroundAdjust&>(dialog);
+          scene.Click(background, background.chkDelay);
+          EXPECT_TRUE(background.chkDelay.Checked());
+          EXPECT_TRUE(background.txtDelay.Enabled()) << "whatever the question about the delay came to";
+          PressUntilDone(scene, background, background.cmdOk, "frmBackgroundAdjust.cmdOk_Click");
+        });
+        scene.Click(advanced, advanced.cmdAdjBackground);
+        scene.dialogs.clear();
+      }
+    });
+  };
+  Sweep(31, OpenAndForget, tuneWork, [](Scene& scene) {
+    SettingsData expected = scene.stage.workbench.profile.settings;
+    expected.DelayNewItems = 2000;
+    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
+  });
+}
+
+TEST(FaultSweep, SharedFoldersEndWithAUsableEditor) {
+  const auto prepare = [](Scene& scene) {
+    World& world = scene.stage.workbench.profile.world;
+    world.AddFolder(0, world.FindPath("P"), "Cal", "cal", ItemType::Appointment);
+    OpenAndForget(scene);
+  };
+  const auto route = [](Scene& scene) {
+    scene.InNextDialog([&](Dialog& dialog) {
+      auto& editor = static_cast<frmEditFolderset&>(dialog);
+      scene.InNextDialog([&](Dialog& inner) {
+        auto& shared = static_cast<frmSharedFolders&>(inner);
+        for (int attempt = 0; attempt < 2 && !shared.chkSCal.Checked(); ++attempt) {
+          scene.picks = {"P/Cal"};
+          scene.Click(shared, shared.chkSCal);
+        }
+        EXPECT_EQ(shared.txtSCal.Text(), "\\\\P\\Cal");
+        EXPECT_TRUE(shared.txtSCal.Enabled());
+        PressUntilDone(scene, shared, shared.cmdOk, "frmSharedFolders.cmdOk_Click");
+      });
+      scene.Click(editor, editor.cmdShared);
+      if (scene.dialogs.empty()) {
+        EXPECT_EQ(editor.SharedCalEntryID, "cal");
+      } else {
+        EXPECT_TRUE(!scene.TakeSeen().empty() || !editor.cmdShared.Enabled())
+            << "did not open without a word";
+        scene.dialogs.clear();
+      }
+      EXPECT_TRUE(editor.IsShowing());
+    });
+    scene.Click(scene.Page(), scene.Page().cmdChange);
+    scene.dialogs.clear();
+  };
+  Sweep(40, prepare, route,
+        [](Scene& scene) { EXPECT_EQ(scene.Writes(), "") << "the record is the editor's until its OK"; });
 }
 
 }  // namespace

@@ -16,7 +16,9 @@ namespace vexa::workbench {
 
 class Scene final : public ModalWindows, public UserAnswers {
  public:
-  explicit Scene(int32_t language = 1033) : stage(MakeProfile(), "", language, *this, *this) {}
+  /// Windows paths lead somewhere only when the profile has a path.
+  explicit Scene(int32_t language = 1033, const std::string& profilePath = "")
+      : stage(MakeProfile(), profilePath, language, *this, *this) {}
 
   // --- verbs
 
@@ -47,6 +49,26 @@ class Scene final : public ModalWindows, public UserAnswers {
 
   std::string TakeSeen() { return std::exchange(seen, {}); }
   SettingsData& Working() { return *stage.workbench.WorkingCopy(); }
+  /// The settings whose values differ, by name.
+  static std::string Differences(const SettingsData& one, const SettingsData& other) {
+    std::string names;
+    VisitSettings(one, [&](std::string_view name, const auto& value) {
+      VisitSettings(other, [&](std::string_view otherName, const auto& otherValue) {
+        if constexpr (std::is_same_v<decltype(value), decltype(otherValue)>) {
+          if (name == otherName && value != otherValue) names.append(names.empty() ? "" : " ").append(name);
+        }
+      });
+    });
+    return names;
+  }
+  /// The names of the controls that a user cannot use, in tab order.
+  static std::string Disabled(const Form& form) {
+    std::string names;
+    for (const Control* control : form.Controls()) {
+      if (!control->Enabled()) names.append(names.empty() ? "" : " ").append(control->Name());
+    }
+    return names;
+  }
   /// Everything in the settings that describes folder sets, as one text.
   std::string FolderSets() {
     std::string text = std::to_string(Working().FolderSetCount);
@@ -92,11 +114,16 @@ class Scene final : public ModalWindows, public UserAnswers {
     return folder == NoFolder ? std::nullopt : std::optional(folder);
   }
   MessageAnswer AnswerMessage(const std::string&, MessageButtons buttons) override {
+    if (buttons != MessageButtons::Ok && !answers.empty()) {
+      const MessageAnswer answer = answers.front();
+      answers.pop_front();
+      return answer;
+    }
     if (buttons == MessageButtons::YesNoCancel) return searchAnswer;
     return buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
   }
-  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
-  int32_t OpenDocument(const std::string&) override { return 42; }
+  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return browse; }
+  int32_t OpenDocument(const std::string&) override { return shellCode; }
   void Seen(const std::string& line) override { seen += line + "\n"; }
 
   static Profile MakeProfile() {
@@ -129,6 +156,9 @@ class Scene final : public ModalWindows, public UserAnswers {
   std::deque<std::function<void(Dialog&)>> dialogs;
   std::deque<std::string> picks;
   std::string seen;
+  std::deque<MessageAnswer> answers;  // to boxes with a choice; without one: OK or Yes
+  BrowseAnswer browse;
+  int32_t shellCode = 42;
   MessageAnswer searchAnswer = MessageAnswer::Yes;  // to the question about scanned items
 };
 

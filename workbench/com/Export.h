@@ -39,6 +39,9 @@ class Exports : public std::enable_shared_from_this<Exports> {
   windows::ComPtr<IVexaScanner> Export(const std::shared_ptr<Scanner>& scanner);
   windows::ComPtr<IVexaApplication> Export(const std::shared_ptr<AddinApplication>& application);
   windows::ComPtr<IDispatch> Export(const NameSpaceRef& session);
+  windows::ComPtr<IDispatch> Export(const std::shared_ptr<OutlookApplication>& application);
+  windows::ComPtr<IDispatch> Export(const std::shared_ptr<Recipient>& recipient);
+  windows::ComPtr<IDispatch> Export(const std::shared_ptr<MailItem>& mail);
   windows::ComPtr<IDispatch> Export(const std::shared_ptr<Folders>& folders);
   windows::ComPtr<IDispatch> Export(const FolderRef& folder);
   windows::ComPtr<IDispatch> Export(const CollectionRef<std::string>& collection);

@@ -158,12 +158,13 @@ STDMETHODIMP NamedObjectBase::Invoke(DISPID member, REFIID /*reserved*/, LCID /*
   if (result != nullptr) VariantInit(result);
   size_t index = 0;
   while (index < MemberCount() && ShapeOf(index).id != member) ++index;
-  // Reading and calling are one: scripts do not tell them apart. Nothing here can be assigned.
-  if (index == MemberCount() || (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-  if (parameters->cNamedArgs != 0) return DISP_E_NONAMEDARGS;
+  if (index == MemberCount()) return DISP_E_MEMBERNOTFOUND;
   const MemberShape& shape = ShapeOf(index);
+  // Reading and calling are one: scripts do not tell them apart.
+  const WORD fitting = shape.assigned ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  if ((flags & fitting) == 0) return DISP_E_MEMBERNOTFOUND;
+  // An assigned value is an argument with a name of its own.
+  if (parameters->cNamedArgs != (shape.assigned ? 1 : 0)) return DISP_E_NONAMEDARGS;
   if (shape.most == 0 && parameters->cArgs > 0) return InvokeDefault(index, *parameters, result, exception);
   if (parameters->cArgs < shape.least || parameters->cArgs > shape.most) return DISP_E_BADPARAMCOUNT;
   const HRESULT outcome = Run([&] {

@@ -54,7 +54,8 @@ class NamedObjectBase : public ServerObject<IDispatch> {
   struct MemberShape {
     const wchar_t* name;
     DISPID id;
-    size_t least, most;  // number of arguments
+    size_t least, most;     // number of arguments
+    bool assigned = false;  // a property that is assigned its one argument, not called
   };
   virtual size_t MemberCount() const = 0;
   virtual const MemberShape& ShapeOf(size_t index) const = 0;

@@ -111,10 +111,22 @@ class SessionObject final : public NamedObject<SessionObject> {
         {{L"GetDefaultFolder", 3, 1, 1}, &SessionObject::GetDefaultFolder},
         {{L"PickFolder", 4, 0, 0}, &SessionObject::PickFolder},
         {{L"Class", 5, 0, 0}, &SessionObject::Class},
+        {{L"Application", 6, 0, 0}, &SessionObject::Application},
+        {{L"CurrentUser", 7, 0, 0}, &SessionObject::CurrentUser},
+        {{L"CurrentProfileName", 8, 0, 0}, &SessionObject::CurrentProfileName},
     });
     return members;
   }
 
+  void Application(const CallArguments&, VARIANT& result) {
+    GiveObject(exports_->Export(session_->Application()), result);
+  }
+  void CurrentUser(const CallArguments&, VARIANT& result) {
+    GiveObject(exports_->Export(session_->CurrentUser()), result);
+  }
+  void CurrentProfileName(const CallArguments&, VARIANT& result) {
+    ToVariant(session_->CurrentProfileName(), result);
+  }
   void Folders(const CallArguments&, VARIANT& result) {
     GiveObject(exports_->Export(session_->Folders()), result);
   }
