@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "display/TextBox.h"
+#include "display/Tree.h"
 
 namespace vexa {
 
@@ -83,6 +84,10 @@ void Form::MoveFocusOffUnusable() {
 void Form::ChangeFocus(Control* control) {
   Control* const former = focus_;
   focus_ = control;
+  // The keys of a tree act on its selected node.
+  if (auto* tree = dynamic_cast<Tree*>(control); tree != nullptr && tree->Selected() == Tree::NoNode) {
+    tree->Select(tree->FirstChild(Tree::NoNode));
+  }
   if (view_ != nullptr) view_->FocusMoved(*this);
   if (former != nullptr) Raise(former->OnLostFocus);
   // The handler may have moved the focus on.

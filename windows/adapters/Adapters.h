@@ -39,5 +39,8 @@ std::unique_ptr<AddinObjectFactory> MakeObjectFactory();
 
 template <typename Value>
 CollectionRef<Value> AdaptCollection(ComPtr<IUnknown> collection);
+/// The COM object behind a collection that came from COM; a new one over any other. Null for null.
+template <typename Value>
+ComPtr<IDispatch> ExportCollection(const CollectionRef<Value>& collection);
 
 }  // namespace vexa::windows

@@ -114,8 +114,10 @@ class ComSettings final : public RegSettings, public Wrapper {
     Check((settings_.Get()->*getter)(collection.Receive()));
     return AdaptCollection<Type>(collection.As<IUnknown>());
   }
-  void Assign(HRESULT (STDMETHODCALLTYPE IRegSettings::*assign)(IDispatch*), const ObjectRef& value) {
-    Check((settings_.Get()->*assign)(DispatchBehind(value).Get()));
+  template <typename Type>
+  void Assign(HRESULT (STDMETHODCALLTYPE IRegSettings::*assign)(IDispatch*),
+              const CollectionRef<Type>& value) {
+    Check((settings_.Get()->*assign)(ExportCollection(value).Get()));
   }
 
   ComPtr<IRegSettings> settings_;

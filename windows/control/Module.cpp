@@ -10,24 +10,12 @@ namespace vexa::windows {
 namespace {
 
 HMODULE moduleHandle = nullptr;
-std::atomic<LONG> useCount = 0;
+std::atomic<LONG> serverLocks = 0;
 
-class PageFactory final : public IClassFactory {
+class PageFactory final : public ServerObject<IClassFactory> {
  public:
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (interfaceId != IID_IUnknown && interfaceId != IID_IClassFactory) return E_NOINTERFACE;
-    AddRef();
-    *object = static_cast<IClassFactory*>(this);
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  PageFactory() : ServerObject(nullptr) {}
+
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
@@ -40,14 +28,9 @@ class PageFactory final : public IClassFactory {
     return FAILED(made) ? made : found;
   }
   STDMETHODIMP LockServer(BOOL lock) override {
-    useCount += lock != FALSE ? 1 : -1;
+    serverLocks += lock != FALSE ? 1 : -1;
     return S_OK;
   }
-
- private:
-  ~PageFactory() = default;
-  std::atomic<ULONG> references_ = 1;
-  ModuleUse use_;
 };
 
 }  // namespace
@@ -67,9 +50,7 @@ std::wstring ModulePath() {
   }
 }
 
-ModuleUse::ModuleUse() { ++useCount; }
-ModuleUse::~ModuleUse() { --useCount; }
-LONG ModuleUse::Count() { return useCount; }
+bool IsModuleUsed() { return LivingObjects::Count() != 0 || serverLocks != 0; }
 
 ComPtr<ITypeLib> LoadModuleTypeLib(int number) {
   ComPtr<ITypeLib> library;
@@ -81,7 +62,6 @@ ComPtr<ITypeLib> LoadModuleTypeLib(int number) {
 }  // namespace vexa::windows
 
 using vexa::windows::Guarded;
-using vexa::windows::ModuleUse;
 using vexa::windows::RegistrationScope;
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*/) {
@@ -98,13 +78,13 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
   if (classId != CLSID_OutlookPropertiesPage) return CLASS_E_CLASSNOTAVAILABLE;
   HRESULT found = E_FAIL;
   const HRESULT made = Guarded(IID_IClassFactory, [&] {
-    const auto factory = vexa::windows::ComPtr<IClassFactory>::Attach(new vexa::windows::PageFactory());
+    const auto factory = vexa::windows::MakeObject<IClassFactory, vexa::windows::PageFactory>();
     found = factory->QueryInterface(interfaceId, object);
   });
   return FAILED(made) ? made : found;
 }
 
-STDAPI DllCanUnloadNow() { return ModuleUse::Count() == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() { return vexa::windows::IsModuleUsed() ? S_FALSE : S_OK; }
 
 STDAPI DllRegisterServer() {
   return Guarded(IID_NULL, [] { vexa::windows::RegisterModule(RegistrationScope::Machine); });

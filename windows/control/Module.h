@@ -1,4 +1,4 @@
-// The module as a COM server: its handle, the count of what keeps it loaded, its registration.
+// The module as a COM server: its handle, its type libraries, its registration.
 #pragma once
 
 #include <windows.h>
@@ -10,17 +10,9 @@
 namespace vexa::windows {
 
 HMODULE ModuleHandle();
+/// Whether an object lives or a client has locked the server.
+bool IsModuleUsed();
 std::wstring ModulePath();
-
-/// Counted for every living object and every lock of the server.
-class ModuleUse {
- public:
-  ModuleUse();
-  ModuleUse(const ModuleUse&) = delete;
-  ModuleUse& operator=(const ModuleUse&) = delete;
-  ~ModuleUse();
-  static LONG Count();
-};
 
 /// A type library in the module's resources, by its number: 1 the library's own, 2 Outlook's interfaces.
 ComPtr<ITypeLib> LoadModuleTypeLib(int number);

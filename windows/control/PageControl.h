@@ -9,6 +9,7 @@
 #include "Outlook.h"
 #include "VexaControls.h"
 #include "windows/com/Com.h"
+#include "windows/com/ServerObject.h"
 #include "windows/control/HostedPage.h"
 #include "windows/control/Module.h"
 #include "windows/control/PageWindow.h"
@@ -152,7 +153,7 @@ class PageControl final : public IOutlookPropertiesPage,
   void HidePage();
   bool IsInPlaceActive() const { return window_ != nullptr && window_->Handle() != nullptr; }
 
-  ModuleUse use_;
+  LivingObjects living_;
   std::atomic<ULONG> references_ = 1;
   DWORD thread_ = GetCurrentThreadId();
 

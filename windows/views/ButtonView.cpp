@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "windows/com/Text.h"
 #include "windows/views/ControlViews.h"
@@ -53,12 +54,11 @@ class ButtonView final : public ControlView {
     if (IsCancel() && message == WM_SETFOCUS && pressing_) {
       // Cancel takes no focus before it acts, so that no entry is validated; the form is not told.
       result = Default(message, wParam, lParam);
-      host_.SettleFocus();
       return true;
     }
     if (message == WM_LBUTTONUP || message == WM_CAPTURECHANGED) {
       result = Default(message, wParam, lParam);
-      pressing_ = false;
+      if (std::exchange(pressing_, false)) host_.SettleFocus();
       return true;
     }
     return ControlView::Intercept(message, wParam, lParam, result);

@@ -206,7 +206,9 @@ void FormWindow::Settle() {
     if (std::exchange(entry.selectAll, false)) entry.view->SelectContent();
   }
   SettleCaptions();
-  if (hadKeyboard && GetFocus() != FocusTarget()) SetFocus(FocusTarget());
+  // A button that is being pressed would let go with the focus.
+  const bool pressing = GetCapture() != nullptr && IsChild(window_, GetCapture()) != FALSE;
+  if (hadKeyboard && !pressing && GetFocus() != FocusTarget()) SetFocus(FocusTarget());
 }
 
 void FormWindow::SettleCaptions() {

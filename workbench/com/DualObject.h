@@ -2,12 +2,12 @@
 // by name through the library's description of it.
 #pragma once
 
-#include "workbench/com/ServerObject.h"
+#include "windows/com/ServerObject.h"
 
 namespace vexa::workbench {
 
 template <typename Interface>
-class DualObject : public ServerObject<Interface> {
+class DualObject : public windows::ServerObject<Interface> {
  public:
   STDMETHODIMP GetTypeInfoCount(UINT* count) override {
     if (count == nullptr) return E_POINTER;
@@ -35,7 +35,7 @@ class DualObject : public ServerObject<Interface> {
   }
 
  protected:
-  DualObject(ObjectRef contract, ITypeLib& library) : ServerObject<Interface>(std::move(contract)) {
+  DualObject(ObjectRef contract, ITypeLib& library) : windows::ServerObject<Interface>(std::move(contract)) {
     windows::Check(library.GetTypeInfoOfGuid(__uuidof(Interface), info_.Receive()));
   }
 

@@ -10,9 +10,15 @@
 
 #include "VexaControls.h"
 #include "contracts/Addin.h"
-#include "workbench/com/ServerObject.h"
+#include "windows/com/ServerObject.h"
 
 namespace vexa::workbench {
+
+using windows::ContractBehind;
+using windows::LivingObjects;
+using windows::MakeObject;
+using windows::ObjectBehind;
+using windows::ServerObject;
 
 class Workbench;
 
@@ -44,8 +50,6 @@ class Exports : public std::enable_shared_from_this<Exports> {
   windows::ComPtr<IDispatch> Export(const std::shared_ptr<MailItem>& mail);
   windows::ComPtr<IDispatch> Export(const std::shared_ptr<Folders>& folders);
   windows::ComPtr<IDispatch> Export(const FolderRef& folder);
-  windows::ComPtr<IDispatch> Export(const CollectionRef<std::string>& collection);
-  windows::ComPtr<IDispatch> Export(const CollectionRef<int32_t>& collection);
   /// An object that is only handed through.
   windows::ComPtr<IDispatch> ExportOpaque(const ObjectRef& object);
 

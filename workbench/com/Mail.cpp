@@ -1,11 +1,15 @@
 // Outlook itself, its user and its mail items, called by name.
 #include <array>
 
+#include "windows/com/NamedObject.h"
 #include "workbench/com/Export.h"
-#include "workbench/com/NamedObject.h"
 
 namespace vexa::workbench {
 namespace {
+
+using windows::CallArguments;
+using windows::GiveObject;
+using windows::NamedObject;
 
 using windows::ToVariant;
 

@@ -1,12 +1,17 @@
 // Outlook's session, folder lists and folders, called by name.
 #include <array>
 
+#include "windows/com/NamedObject.h"
 #include "workbench/Workbench.h"
 #include "workbench/com/Export.h"
-#include "workbench/com/NamedObject.h"
 
 namespace vexa::workbench {
 namespace {
+
+using windows::CallArguments;
+using windows::GiveObject;
+using windows::MakeEnumerator;
+using windows::NamedObject;
 
 using windows::ToVariant;
 

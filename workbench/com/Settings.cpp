@@ -67,7 +67,7 @@ class SettingsObject final : public DualObject<IRegSettings> {
   STDMETHODIMP get_##Name(IDispatch** value) override {                       \
     return Run([&] {                                                          \
       windows::RequirePointer(value);                                         \
-      *value = exports_->Export(settings_->Get##Name()).Detach();             \
+      *value = windows::ExportCollection(settings_->Get##Name()).Detach();    \
     });                                                                       \
   }                                                                           \
   STDMETHODIMP put_##Name(IDispatch* value) override {                        \

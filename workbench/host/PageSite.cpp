@@ -1,7 +1,7 @@
 #include "workbench/host/PageSite.h"
 
+#include "windows/com/NamedObject.h"
 #include "windows/views/Handles.h"
-#include "workbench/com/NamedObject.h"
 
 namespace vexa::workbench {
 namespace {
@@ -178,7 +178,7 @@ STDMETHODIMP PageSite::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*
   const HRESULT outcome = windows::Guarded(PropertyPageSiteId, [&] {
     if (events_.statusChanged) events_.statusChanged();
   });
-  return FAILED(outcome) ? FillException(outcome, exception) : S_OK;
+  return FAILED(outcome) ? windows::FillException(outcome, exception) : S_OK;
 }
 
 }  // namespace vexa::workbench

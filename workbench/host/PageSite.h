@@ -11,7 +11,7 @@
 #include <functional>
 
 #include "windows/com/Com.h"
-#include "workbench/com/ServerObject.h"
+#include "windows/com/ServerObject.h"
 
 namespace vexa::workbench {
 
@@ -46,7 +46,7 @@ class PageFrame final : public IOleInPlaceFrame {
   std::atomic<ULONG> references_ = 1;
   HWND window_;
   windows::ComPtr<IOleInPlaceActiveObject> active_;
-  LivingObjects living_;
+  windows::LivingObjects living_;
 };
 
 class PageSite final : public IOleClientSite,
@@ -116,7 +116,7 @@ class PageSite final : public IOleClientSite,
   windows::ComPtr<PageFrame> frame_;
   HWND area_;
   Events events_;
-  LivingObjects living_;
+  windows::LivingObjects living_;
 };
 
 }  // namespace vexa::workbench

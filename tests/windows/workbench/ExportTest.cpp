@@ -338,7 +338,7 @@ TEST_F(Export, ForEachGoesThroughCollectionsAndFolders) {
   Bench bench;
   const auto behind = std::make_shared<WorkbenchSettings>(bench.workbench);
   behind->data.FolderSetFlags = {3, 1, 2};
-  const ComPtr<IDispatch> lists[] = {bench.exports->Export(behind->GetFolderSetFlags()),
+  const ComPtr<IDispatch> lists[] = {windows::ExportCollection(behind->GetFolderSetFlags()),
                                      bench.exports->Export(bench.workbench.Addin()->Session()->Folders())};
   std::string seen;
   for (const ComPtr<IDispatch>& list : lists) {
@@ -380,7 +380,7 @@ int32_t NumberOfError(const std::function<void()>& call) {
 TEST_F(Export, CallsByNameAreCheckedAndFindMembersInAnyCase) {
   Bench bench;
   const auto behind = std::make_shared<WorkbenchSettings>(bench.workbench);
-  LateBound list(bench.exports->Export(behind->GetContactEntryIDs()).As<IUnknown>());
+  LateBound list(windows::ExportCollection(behind->GetContactEntryIDs()).As<IUnknown>());
   list.Call(L"ADD", {"b"});
   list.Call(L"add", {"a", windows::MissingArgument(), 1.4});  // a fraction is rounded
   list.Call(L"Add", {7, windows::MissingArgument(), windows::MissingArgument(), "2"});

@@ -8,9 +8,9 @@
 #include <string>
 
 #include "core/Variant.h"
-#include "workbench/com/ServerObject.h"
+#include "windows/com/ServerObject.h"
 
-namespace vexa::workbench {
+namespace vexa::windows {
 
 /// The arguments of a call, in their declared order, counted from 0.
 class CallArguments {
@@ -29,15 +29,15 @@ class CallArguments {
   const DISPPARAMS& parameters_;
 };
 
-void GiveObject(windows::ComPtr<IDispatch> object, VARIANT& result);
+void GiveObject(ComPtr<IDispatch> object, VARIANT& result);
 
 /// The end of a failed late-bound call: the error object that was left for `code` goes into `exception`. What
 /// the call then returns.
 HRESULT FillException(HRESULT code, EXCEPINFO* exception);
 
 /// For Each over things counted from 1. It reads them as it goes.
-windows::ComPtr<IUnknown> MakeEnumerator(std::function<int32_t()> count,
-                                         std::function<void(int32_t position, VARIANT& result)> item);
+ComPtr<IUnknown> MakeEnumerator(std::function<int32_t()> count,
+                                std::function<void(int32_t position, VARIANT& result)> item);
 
 /// What is the same for objects of all kinds.
 class NamedObjectBase : public ServerObject<IDispatch> {
@@ -87,4 +87,4 @@ class NamedObject : public NamedObjectBase {
   static std::span<const Member> Table() { return Self::Members(); }
 };
 
-}  // namespace vexa::workbench
+}  // namespace vexa::windows

@@ -1,6 +1,6 @@
-// What every COM object of the workbench is made of: a counted object over one object of the contracts. Two
-// kinds stand on it: DualObject implements an interface of the type library, NamedObject answers calls by
-// name alone. Living objects are counted, so that a host can tell that everything was released.
+// What a COM object that is handed out is made of: a counted object, as a rule over one object of the
+// contracts. NamedObject stands on it and answers calls by name alone. Living objects are counted: as long as
+// there are any, the module stays loaded, and a host can tell that everything was released.
 #pragma once
 
 #include <atomic>
@@ -10,9 +10,9 @@
 
 #include "windows/com/Com.h"
 
-namespace vexa::workbench {
+namespace vexa::windows {
 
-/// How many COM objects of the workbench there are.
+/// How many COM objects of this module there are.
 class LivingObjects {
  public:
   LivingObjects() { ++count_; }
@@ -25,14 +25,16 @@ class LivingObjects {
   static inline std::atomic<LONG> count_ = 0;
 };
 
-/// Private to the workbench: finds the contract's object again when a COM object comes back as an argument.
+/// Finds the contract's object again when a COM object of this module comes back as an argument. The number
+/// is made at run time, a different one in each module of the process: what the objects of another module
+/// hold is none of this one's business.
 class IContractObject : public IUnknown {
  public:
-  static constexpr IID Id{0x1D7F93F5, 0x3B5B, 0x4C0B, {0x9C, 0x5E, 0x0E, 0x41, 0x35, 0x9A, 0x7D, 0x22}};
+  static const IID& Id();
   virtual ObjectRef STDMETHODCALLTYPE Contract() = 0;
 };
 
-/// The contract's object behind a COM object: the workbench's own, or a wrapper around a foreign object; null
+/// The contract's object behind a COM object: this module's own, or a wrapper around a foreign object; null
 /// for null.
 ObjectRef ObjectBehind(IUnknown* object);
 
@@ -54,7 +56,7 @@ class ServerObject : public Interface, public IContractObject, public ISupportEr
     if (interfaceId == IID_IUnknown || interfaceId == __uuidof(Interface) ||
         (std::is_base_of_v<IDispatch, Interface> && interfaceId == IID_IDispatch)) {
       *object = static_cast<Interface*>(this);
-    } else if (interfaceId == IContractObject::Id) {
+    } else if (interfaceId == IContractObject::Id()) {
       *object = static_cast<IContractObject*>(this);
     } else if (interfaceId == IID_ISupportErrorInfo) {
       *object = static_cast<ISupportErrorInfo*>(this);
@@ -83,7 +85,7 @@ class ServerObject : public Interface, public IContractObject, public ISupportEr
 
   template <typename Body>
   static HRESULT Run(Body&& body) noexcept {
-    return windows::Guarded(__uuidof(Interface), std::forward<Body>(body));
+    return Guarded(__uuidof(Interface), std::forward<Body>(body));
   }
 
  private:
@@ -94,8 +96,8 @@ class ServerObject : public Interface, public IContractObject, public ISupportEr
 
 /// A new object, owned; `Made` is what the owner sees of it.
 template <typename Made, typename Class, typename... Arguments>
-windows::ComPtr<Made> MakeObject(Arguments&&... arguments) {
-  return windows::ComPtr<Made>::Attach(new Class(std::forward<Arguments>(arguments)...));
+ComPtr<Made> MakeObject(Arguments&&... arguments) {
+  return ComPtr<Made>::Attach(new Class(std::forward<Arguments>(arguments)...));
 }
 
-}  // namespace vexa::workbench
+}  // namespace vexa::windows

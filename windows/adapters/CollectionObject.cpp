@@ -1,10 +1,11 @@
-// The settings' collections as Visual Basic collections.
+// A collection of the contracts as a Visual Basic collection: what the library makes for the settings, and
+// what the workbench hands out.
 #include <array>
 
-#include "workbench/com/Export.h"
-#include "workbench/com/NamedObject.h"
+#include "windows/adapters/Adapters.h"
+#include "windows/com/NamedObject.h"
 
-namespace vexa::workbench {
+namespace vexa::windows {
 namespace {
 
 void TakeValue(const CallArguments& arguments, size_t index, std::string& value) {
@@ -37,9 +38,9 @@ class CollectionObject final : public NamedObject<CollectionObject<Value>> {
   }
 
   void Item(const CallArguments& arguments, VARIANT& result) {
-    windows::ToVariant(collection_->Item(arguments.Number(0)), result);
+    ToVariant(collection_->Item(arguments.Number(0)), result);
   }
-  void Count(const CallArguments&, VARIANT& result) { windows::ToVariant(collection_->Count(), result); }
+  void Count(const CallArguments&, VARIANT& result) { ToVariant(collection_->Count(), result); }
   void Remove(const CallArguments& arguments, VARIANT&) { collection_->Remove(arguments.Number(0)); }
 
   /// Add(item, [key], [before], [after]).
@@ -63,7 +64,7 @@ class CollectionObject final : public NamedObject<CollectionObject<Value>> {
     const CollectionRef<Value> collection = collection_;
     result.punkVal = MakeEnumerator([collection] { return collection->Count(); },
                                     [collection](int32_t position, VARIANT& item) {
-                                      windows::ToVariant(collection->Item(position), item);
+                                      ToVariant(collection->Item(position), item);
                                     })
                          .Detach();
     result.vt = VT_UNKNOWN;
@@ -74,14 +75,16 @@ class CollectionObject final : public NamedObject<CollectionObject<Value>> {
 
 }  // namespace
 
-windows::ComPtr<IDispatch> Exports::Export(const CollectionRef<std::string>& collection) {
+template <typename Value>
+ComPtr<IDispatch> ExportCollection(const CollectionRef<Value>& collection) {
   if (collection == nullptr) return nullptr;
-  return MakeObject<IDispatch, CollectionObject<std::string>>(collection);
+  if (const auto* wrapper = dynamic_cast<const Wrapper*>(collection.get())) {
+    return wrapper->Wrapped().As<IDispatch>();
+  }
+  return MakeObject<IDispatch, CollectionObject<Value>>(collection);
 }
 
-windows::ComPtr<IDispatch> Exports::Export(const CollectionRef<int32_t>& collection) {
-  if (collection == nullptr) return nullptr;
-  return MakeObject<IDispatch, CollectionObject<int32_t>>(collection);
-}
+template ComPtr<IDispatch> ExportCollection(const CollectionRef<std::string>& collection);
+template ComPtr<IDispatch> ExportCollection(const CollectionRef<int32_t>& collection);
 
-}  // namespace vexa::workbench
+}  // namespace vexa::windows

@@ -1,14 +1,12 @@
-#include "workbench/com/NamedObject.h"
+#include "windows/com/NamedObject.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "core/Numbers.h"
 
-namespace vexa::workbench {
+namespace vexa::windows {
 namespace {
-
-using windows::ComPtr;
-using windows::OwnedVariant;
 
 class Enumerator final : public ServerObject<IEnumVARIANT> {
  public:
@@ -21,7 +19,7 @@ class Enumerator final : public ServerObject<IEnumVARIANT> {
   STDMETHODIMP Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
     ULONG given = 0;
     const HRESULT outcome = Run([&] {
-      windows::RequirePointer(items);
+      RequirePointer(items);
       for (; given < wanted && next_ <= count_(); ++given, ++next_) {
         VariantInit(&items[given]);
         item_(next_, items[given]);
@@ -47,7 +45,7 @@ class Enumerator final : public ServerObject<IEnumVARIANT> {
   }
   STDMETHODIMP Clone(IEnumVARIANT** copy) override {
     return Run([&] {
-      windows::RequirePointer(copy);
+      RequirePointer(copy);
       *copy = MakeObject<IEnumVARIANT, Enumerator>(count_, item_, next_).Detach();
     });
   }
@@ -64,13 +62,24 @@ bool EqualsIgnoringCase(const wchar_t* one, const wchar_t* other) {
 
 }  // namespace
 
+const IID& IContractObject::Id() {
+  static const char here = 0;
+  static const IID id = [] {
+    IID made{0x1D7F93F5, 0x3B5B, 0x4C0B, {}};
+    const auto address = reinterpret_cast<uintptr_t>(&here);
+    std::memcpy(made.Data4, &address, sizeof address);
+    return made;
+  }();
+  return id;
+}
+
 ObjectRef ObjectBehind(IUnknown* object) {
   if (object == nullptr) return nullptr;
   void* found = nullptr;
-  if (SUCCEEDED(object->QueryInterface(IContractObject::Id, &found))) {
+  if (SUCCEEDED(object->QueryInterface(IContractObject::Id(), &found))) {
     return ComPtr<IContractObject>::Attach(static_cast<IContractObject*>(found))->Contract();
   }
-  return std::make_shared<windows::ComObject>(ComPtr<IUnknown>(object));
+  return std::make_shared<ComObject>(ComPtr<IUnknown>(object));
 }
 
 bool CallArguments::IsMissing(size_t index) const {
@@ -81,7 +90,7 @@ bool CallArguments::IsMissing(size_t index) const {
 
 std::string CallArguments::Text(size_t index) const {
   if (IsMissing(index)) throw MakeError(ErrorNumber::InvalidProcedureCall);
-  return windows::FromVariant(At(index)).ToText();
+  return FromVariant(At(index)).ToText();
 }
 
 int32_t CallArguments::Number(size_t index) const {
@@ -175,4 +184,4 @@ STDMETHODIMP NamedObjectBase::Invoke(DISPID member, REFIID /*reserved*/, LCID /*
   return FAILED(outcome) ? FillException(outcome, exception) : S_OK;
 }
 
-}  // namespace vexa::workbench
+}  // namespace vexa::windows
