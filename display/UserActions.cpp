@@ -11,9 +11,7 @@
 
 namespace vexa {
 
-namespace {
-
-}  // namespace
+namespace {}  // namespace
 
 Outcome UserActions::Usability(const Control& control) const {
   if (!form_.Enabled()) return Outcome::Disabled;
