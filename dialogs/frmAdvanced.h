@@ -51,7 +51,7 @@ class frmAdvanced final : public Dialog {
   Slider sldLogLevel{*this, "sldLogLevel", 0, 3};
   // The captions of the slider's positions, from 3 down to 0.
   Label lblEverything{*this, "lblEverything", StringId::LogEverything};
-  Label lblErrorsAndWarnings{*this, "lblErrorsAndWarnings", StringId::LogErrorsAndWarnings};
+  Label lblErrorsWarnings{*this, "lblErrorsWarnings", StringId::LogErrorsAndWarnings};
   Label lblOnlyErrors{*this, "lblOnlyErrors", StringId::LogOnlyErrors};
   Label lblNothing{*this, "lblNothing", StringId::LogNothing};
   Label lblMaxSize{*this, "lblMaxSize", StringId::MaximumLogSize};

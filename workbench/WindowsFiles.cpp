@@ -106,7 +106,11 @@ std::vector<std::string> WindowsFiles::List() const {
     if (!entry.is_regular_file(ignored)) continue;
     std::string path = entry.path().lexically_relative(root).generic_string();
     std::ranges::replace(path, '/', '\\');
-    if (path.size() > 1 && path[1] == '\\') path.insert(1, ":");
+    if (const size_t end = path.find('\\'); end == 1) {
+      path.insert(1, ":");
+    } else if (end != std::string::npos) {
+      path.insert(0, "\\\\");  // a share
+    }
     paths.push_back(std::move(path));
   }
   std::ranges::sort(paths);

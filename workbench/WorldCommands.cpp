@@ -282,7 +282,7 @@ void WorkOnFiles(Console& console, const Words& words) {
     for (const std::string& path : paths) console.Out() << "  " << QuotedText(path) << "\n";
     if (paths.empty()) console.Out() << "  (no file)\n";
   } else if (SameName(verb, "write") && words.size() == 3) {
-    console.AsHost([&] { files.Write(words[1], words[2]); });
+    console.AsHost([&] { files.Write(words[1], words[2] + "\n"); });
   } else if (SameName(verb, "read") && words.size() == 2) {
     console.AsHost([&] { console.Out() << "  " << QuotedText(files.Read(words[1])) << "\n"; });
   } else if (SameName(verb, "remove") && words.size() == 2) {
