@@ -28,7 +28,9 @@ class frmAdvanced final : public Dialog {
   /// True when the dialog was closed by Cancel or by its window, false after OK.
   bool Cancelled() const { return cancelled_; }
 
-  void CloseWindow() override { End(true); }
+  void CloseWindow() override {
+    if (settings_ != nullptr) End(true);
+  }
 
   Label lblWarning{*this, "lblWarning", StringId::ReadDocumentationFirst};
   OptionsSection opsOptions{*this, "opsOptions", StringId::AdvancedOptions};

@@ -20,7 +20,9 @@ class frmCacheAdjust final : public Dialog {
   /// True when the dialog was closed by Cancel or by its window, false after OK.
   bool Cancelled() const { return cancelled_; }
 
-  void CloseWindow() override { End(true); }
+  void CloseWindow() override {
+    if (settings_ != nullptr) End(true);
+  }
 
   Label lblNumRecords{*this, "lblNumRecords", StringId::RecordsPerDownload};
   TextBox txtNumRecords{*this, "txtNumRecords"};

@@ -228,8 +228,9 @@ std::optional<std::string> LogLine(const std::string& line, bool withComponents)
     if (!withComponents) return std::nullopt;
     std::string text = "components";
     for (const auto& component : entry.at("components")) {
-      text += " " + QuotedText(component.at("name").get<std::string>() + " " +
-                               component.at("version").get<std::string>());
+      const auto version = component.at("version").get<std::string>();
+      text += (text.ends_with("components") ? " " : ", ") + component.at("name").get<std::string>();
+      if (!version.empty()) text += " " + version;
     }
     return text;
   } catch (const nlohmann::json::exception&) {

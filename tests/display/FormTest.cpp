@@ -167,5 +167,42 @@ TEST(SectionHeader, StartsItsRuleBehindTheCaption) {
   EXPECT_FALSE(section.WriteProperties().caption.has_value());
 }
 
+class StateView final : public FormView {
+ public:
+  void Changed(Control& /*control*/) override {}
+  void FocusMoved(Form& /*form*/) override {}
+  void StateChanged(Form& form) override {
+    states += std::string(form.Enabled() ? "on" : "off") +
+              (form.MousePointer() == Form::Pointer::Wait ? " waits; " : "; ");
+  }
+  void Refresh(Form& /*form*/) override {}
+  void Refresh(Control& /*control*/) override {}
+  std::string states;
+};
+
+TEST(DisabledForm, TakesNoInputAndTellsItsView) {
+  TestForm form;
+  StateView view;
+  form.SetView(&view);
+  UserActions user(form);
+  form.SetEnabled(false);
+  form.SetEnabled(false);
+  form.SetMousePointer(Form::Pointer::Wait);
+  EXPECT_EQ(user.Click(form.ok), Outcome::Disabled);
+  EXPECT_EQ(user.Click(form.check), Outcome::Disabled);
+  EXPECT_EQ(user.Type(form.box, "x"), Outcome::Disabled);
+  EXPECT_EQ(user.Slide(form.slider, 2), Outcome::Disabled);
+  EXPECT_EQ(user.Enter(), Outcome::Disabled);
+  EXPECT_EQ(user.Escape(), Outcome::Disabled);
+  EXPECT_EQ(user.Press(KeyTab), Outcome::Disabled);
+  EXPECT_EQ(form.Take(), "");
+  EXPECT_TRUE(form.ok.Enabled()) << "the controls keep their own state";
+  EXPECT_EQ(form.Focus(), &form.box);
+  form.SetMousePointer(Form::Pointer::Default);
+  form.SetEnabled(true);
+  EXPECT_EQ(user.Click(form.check), Outcome::Done);
+  EXPECT_EQ(view.states, "off; off waits; off; on; ");
+}
+
 }  // namespace
 }  // namespace vexa

@@ -776,6 +776,95 @@ TEST(Tuning, ReadOnlyShowsTheValues) {
   EXPECT_EQ(scene.Writes(), "");
 }
 
+TEST(Tuning, OneChangeChangesOneSettingAndComesBack) {
+  struct Row {
+    const char* setting;
+    std::function<void(frmCacheAdjust&, UserActions&)> cache;
+    std::function<void(frmBackgroundAdjust&, UserActions&)> background;
+  };
+  const std::vector<Row> rows{
+      {"RecordsPerDownload",
+       [](frmCacheAdjust& dialog, UserActions& user) { user.Type(dialog.txtNumRecords, "9"); },
+       {}},
+      {"KeepCacheSynchronized",
+       [](frmCacheAdjust& dialog, UserActions& user) { user.Click(dialog.chkSync); },
+       {}},
+      {"StopCacheFillOnExit",
+       [](frmCacheAdjust& dialog, UserActions& user) { user.Click(dialog.chkFillOnExit); },
+       {}},
+      {"BackgroundInterval",
+       {},
+       [](frmBackgroundAdjust& dialog, UserActions& user) { user.Type(dialog.txtInterval, "9"); }},
+      {"BackgroundWorkTime",
+       {},
+       [](frmBackgroundAdjust& dialog, UserActions& user) { user.Type(dialog.txtTime, "9"); }},
+      {"DelayNewItems",
+       {},
+       [](frmBackgroundAdjust& dialog, UserActions& user) { user.Click(dialog.chkDelay); }},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.setting);
+    Scene scene;
+    scene.Open();
+    const SettingsData before = scene.Working();
+    std::vector<FormState> shown;
+    const auto change = [&](auto& dialog, UserActions& user, const auto& act) {
+      if (shown.empty()) {
+        EXPECT_FALSE(dialog.cmdOk.Enabled());
+        act(dialog, user);
+        EXPECT_TRUE(dialog.cmdOk.Enabled());
+        shown.push_back(StateOf(dialog));
+        user.Click(dialog.cmdOk);
+      } else {
+        shown.push_back(StateOf(dialog));
+      }
+    };
+    for (int opening = 0; opening < 2; ++opening) {
+      if (row.cache) {
+        InTuning<frmCacheAdjust>(
+            scene, [&](frmCacheAdjust& dialog, UserActions& user) { change(dialog, user, row.cache); });
+      } else {
+        InTuning<frmBackgroundAdjust>(scene, [&](frmBackgroundAdjust& dialog, UserActions& user) {
+          change(dialog, user, row.background);
+        });
+      }
+    }
+    EXPECT_EQ(Scene::Differences(before, scene.Working()), row.setting);
+    ASSERT_EQ(shown.size(), 2U);
+    for (size_t i = 0; i < shown[0].controls.size(); ++i) {
+      EXPECT_EQ(shown[1].controls[i].text, shown[0].controls[i].text);
+      EXPECT_EQ(shown[1].controls[i].checked, shown[0].controls[i].checked);
+    }
+  }
+}
+
+TEST(Advanced, HoldsNothingAfterItsEnd) {
+  Scene scene;
+  InAdvanced(scene, [&](frmAdvanced& dialog, UserActions& user) {
+    for (Button* adjust : {&dialog.cmdAdjCache, &dialog.cmdAdjBackground}) {
+      scene.InNextDialog([&](Dialog& tuning) {
+        tuning.CloseWindow();
+        Raise(static_cast<Button*>(tuning.FindControl("cmdOk"))->OnClick);
+        EXPECT_NE(scene.TakeSeen().find("Error Number: 91"), std::string::npos) << tuning.Name();
+      });
+      user.Click(*adjust);
+    }
+    user.Click(dialog.cmdCancel);
+    for (Button* button : {&dialog.cmdOk, &dialog.cmdDefault, &dialog.cmdAdjCache}) {
+      Raise(button->OnClick);
+      EXPECT_NE(scene.TakeSeen().find("Error Number: 91"), std::string::npos) << button->Name();
+    }
+    EXPECT_TRUE(dialog.Cancelled());
+  });
+  EXPECT_EQ(scene.Writes(), "");
+  InAdvanced(scene, [&](frmAdvanced& dialog, UserActions& user) {
+    user.Click(dialog.chkShow);
+    user.Click(dialog.cmdOk);
+    dialog.CloseWindow();
+    EXPECT_FALSE(dialog.Cancelled()) << "closing what has ended changes no outcome";
+  });
+}
+
 // --- texts
 
 TEST(Advanced, ShowsEveryTextInEachLanguage) {

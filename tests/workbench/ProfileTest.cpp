@@ -125,6 +125,11 @@ TEST(Profile, ComesBackAsItWasWritten) {
   profile.settings.MaxLogSize = -1;
   profile.settings.ContactEntryIDs = {"", "x"};
   profile.settings.FolderSetFlags = {INT32_MIN, 3};
+  profile.machine.outlookUser = "Ren\u00e9e";
+  profile.machine.supportAddress = "help@example.com";
+  profile.machine.canWriteMachine = false;
+  profile.machine.fileVersions["C:\\a.dll"] = "1.2";
+  profile.machine.registry["HKEY_CURRENT_USER\\S"] = {{"Text", "x"}, {"Number", -3}};
   World& world = profile.world;
   const uint32_t store = world.AddStore("AB", StoreKind::Mailbox);
   const FolderIndex root = world.AddFolder(store, NoFolder, "Root/\\%", "1", ItemType::Mail);
@@ -137,6 +142,11 @@ TEST(Profile, ComesBackAsItWasWritten) {
   const Profile read = ReadProfile(scratch / "p.json");
   EXPECT_EQ(read.settings, profile.settings);
   EXPECT_EQ(read.addin.aboutInfo, profile.addin.aboutInfo);
+  EXPECT_EQ(read.machine.outlookUser, profile.machine.outlookUser);
+  EXPECT_EQ(read.machine.supportAddress, profile.machine.supportAddress);
+  EXPECT_FALSE(read.machine.canWriteMachine);
+  EXPECT_EQ(read.machine.fileVersions.at("c:\\A.DLL"), "1.2");
+  EXPECT_EQ(read.machine.registry, profile.machine.registry);
   EXPECT_EQ(read.world.PathOf(read.world.defaultFolders.at(6)), "\\\\Root%2F%5C%25\\Inbox");
   EXPECT_EQ(read.world.FindPath("Root%2F%5C%25/Secret"), read.world.Find("3", "ab"));
   EXPECT_EQ(read.world.Find("4", "AB"), NoFolder);
@@ -179,6 +189,37 @@ TEST(WindowsFiles, KeepDrivesBesideTheProfile) {
   EXPECT_EQ(files.PlaceOf("C:\\..\\..\\etc\\passwd"), "") << "nothing leads out";
   EXPECT_EQ(files.PlaceOf("/tmp/real"), "/tmp/real");
   EXPECT_EQ(WindowsFiles("").PlaceOf("C:\\a"), "");
+}
+
+TEST(WindowsFiles, ExistAsFilesUnderNamesInAnyCase) {
+  const Scratch scratch;
+  const WindowsFiles files(scratch / "p.json");
+  std::string deep = "C:";
+  for (int i = 0; i < 10; ++i) deep += "\\" + std::string(30, 'd');
+  for (const std::string& path : {std::string("C:\\Mes R\u00e9sultats\\Log.mdb"),
+                                  std::string("\\\\server\\share\\x"), std::string("D:\\x"), deep + "\\x"}) {
+    EXPECT_FALSE(files.Exists(path)) << path;
+    files.Write(path, "text");
+    EXPECT_TRUE(files.Exists(path)) << path;
+    EXPECT_EQ(files.Read(path), "text");
+  }
+  for (const char* same :
+       {"c:\\mes r\u00c9SULTATS\\LOG.MDB", "C:/Mes R\u00e9sultats/log.mdb", "\\\\SERVER\\Share\\X"}) {
+    EXPECT_TRUE(files.Exists(same)) << same;
+  }
+  for (const char* none :
+       {"", "C:\\Mes R\u00e9sultats", "C:\\Mes R\u00e9sultats\\", "C:\\", "C:", "C:\\Mes R\u00e9sultats\\*",
+        "C:\\Mes R\u00e9sultats\\Log.md?", "D:\\x\\", "D:\\x\\y", "D:\\..\\D\\x"}) {
+    EXPECT_FALSE(files.Exists(none)) << none;
+    EXPECT_THROW(files.Read(none), Error) << none;
+    EXPECT_THROW(files.Remove(none), Error) << none;
+  }
+  files.Write("d:\\X", "other");
+  EXPECT_EQ(files.Read("D:\\x"), "other") << "the same file, not a second one";
+  files.Remove("D:/X");
+  EXPECT_EQ(files.List(), (std::vector<std::string>{"C:\\Mes R\u00e9sultats\\Log.mdb", deep + "\\x",
+                                                    "\\\\server\\share\\x"}));
+  EXPECT_FALSE(WindowsFiles("").Exists("C:\\x"));
 }
 
 TEST(WindowsFiles, NeverInterleaveTwoWriters) {
