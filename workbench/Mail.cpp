@@ -105,15 +105,16 @@ std::string MessageText(const SentMail& mail, const MailSender& sender, const st
   const auto header = [&](std::string_view name, const std::string& value) {
     text.append(name).append(": ").append(value).append(LineBreak);
   };
-  header("From", HeaderText(sender.name) + " <" + AddressPart(sender.userName) + "@" +
-                     AddressPart(sender.computerName) + ".invalid>");
+  std::string from = HeaderText(sender.name);
+  from.append(" <").append(AddressPart(sender.userName)).append("@");
+  header("From", from.append(AddressPart(sender.computerName)).append(".invalid>"));
   std::string to;
   for (const std::string& recipient : mail.recipients) to += (to.empty() ? "" : ", ") + recipient;
   header("To", to);
   header("Subject", HeaderText(mail.subject));
   header("Date", date);
   for (const auto& [name, value] : mail.properties) {
-    header("X-User-Property", HeaderText(name + "=" + value));
+    header("X-User-Property", HeaderText(std::string(name).append("=").append(value)));
   }
   header("MIME-Version", "1.0");
   header("Content-Type", "multipart/mixed; boundary=\"" + boundary + "\"");

@@ -206,8 +206,20 @@ TEST(EmailLog, EveryFailureIsToldOnceAndLeavesNothingBehind) {
       check(dialog);
     });
   };
+  std::vector<std::string> lines;
+  {
+    Scratch scratch;
+    Scene scene(1033, scratch.Profile());
+    prepare(scene);
+    send(scene, [&](frmAdvanced&) { lines = scene.stage.calls.Lines(); });
+  }
+  const auto isCalled = [&](std::string member) {
+    if (member.ends_with('=')) member.back() = ' ';
+    return std::ranges::any_of(lines, [&](const std::string& line) { return line.starts_with(member); });
+  };
   std::vector<std::string> failed;
   for (const std::string& member : CallLog::KnownMembers()) {
+    if (!isCalled(member)) continue;  // every try writes files
     for (int n = 1;; ++n) {
       SCOPED_TRACE(member + " call " + std::to_string(n));
       Scratch scratch;
