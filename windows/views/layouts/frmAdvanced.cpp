@@ -37,7 +37,7 @@ const Layout& LayoutOfFrmAdvanced() {
                   Item("sldLogLevel").OverColumns(4),
                   Row({Item("lblNothing").Wide().Centred().Gap(0),
                        Item("lblOnlyErrors").Wide().Centred().Gap(0),
-                       Item("lblErrorsAndWarnings").Wide().Centred().Gap(0),
+                       Item("lblErrorsWarnings").Wide().Centred().Gap(0),
                        Item("lblEverything").Wide().Centred().Gap(0)})
                       .EqualWidths()
                       .Gap(0),
