@@ -30,7 +30,9 @@ inline std::wstring TextOfWindow(HWND window) {
   return text;
 }
 
-inline bool IsMessageBox(HWND window) { return ClassOf(window) == L"#32770"; }
+inline bool IsMessageBox(HWND window) {
+  return ClassOf(window) == L"#32770" && GetDlgItem(window, 0xFFFF) != nullptr;
+}
 /// What a message box says.
 inline std::string MessageOf(HWND box) { return ToUtf8(TextOfWindow(GetDlgItem(box, 0xFFFF))); }
 

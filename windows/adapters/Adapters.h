@@ -13,8 +13,8 @@ namespace vexa::windows {
 /// The add-in object that was handed in; error 91 for none, 13 for an object of another kind.
 AddinAppRef AdaptAddin(IDispatch* addin);
 
-NameSpaceRef AdaptSession(ComPtr<IUnknown> session);
-FolderRef AdaptFolder(ComPtr<IUnknown> folder);
+NameSpaceRef AdaptSession(const ComPtr<IUnknown>& session);
+FolderRef AdaptFolder(const ComPtr<IUnknown>& folder);
 
 RegSettingsRef AdaptSettings(ComPtr<IRegSettings> settings);
 /// The settings object behind an adapter; error 13 for any other implementation of the contract.

@@ -120,11 +120,11 @@ class ComSession final : public NameSpace {
 
 }  // namespace
 
-NameSpaceRef AdaptSession(ComPtr<IUnknown> session) {
+NameSpaceRef AdaptSession(const ComPtr<IUnknown>& session) {
   return session ? std::make_shared<ComSession>(session) : nullptr;
 }
 
-FolderRef AdaptFolder(ComPtr<IUnknown> folder) {
+FolderRef AdaptFolder(const ComPtr<IUnknown>& folder) {
   return folder ? std::make_shared<ComFolder>(folder) : nullptr;
 }
 

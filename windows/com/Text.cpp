@@ -87,7 +87,7 @@ std::string ToUtf8(std::wstring_view utf16) {
   std::string text;
   text.reserve(utf16.size());
   for (size_t at = 0; at < utf16.size(); ++at) {
-    uint32_t point = static_cast<uint32_t>(utf16[at]);
+    auto point = static_cast<uint32_t>(utf16[at]);
     if (IsHigh(point) && at + 1 < utf16.size() && IsLow(static_cast<uint32_t>(utf16[at + 1]))) {
       ++at;
       point =

@@ -121,12 +121,13 @@ STDMETHODIMP PageControl::Invoke(DISPID member, REFIID /*reserved*/, LCID /*loca
   SetErrorInfo(0, nullptr);  // a stale error object would become this call's
   // The two dual interfaces share this function; Outlook's numbers are its own.
   const bool outlooks = member >= 0x2100 && member <= 0x2102;
-  if (outlooks) {
-    return DispInvoke(static_cast<PropertyPage*>(this), propertyPageInfo_.Get(), member, flags, parameters,
-                      result, exception, wrongArgument);
-  }
-  return DispInvoke(static_cast<IOutlookPropertiesPage*>(this), pageInfo_.Get(), member, flags, parameters,
-                    result, exception, wrongArgument);
+  const HRESULT outcome = outlooks ? DispInvoke(static_cast<PropertyPage*>(this), propertyPageInfo_.Get(),
+                                                member, flags, parameters, result, exception, wrongArgument)
+                                   : DispInvoke(static_cast<IOutlookPropertiesPage*>(this), pageInfo_.Get(),
+                                                member, flags, parameters, result, exception, wrongArgument);
+  if (outcome == DISP_E_EXCEPTION) return outcome;
+  // Refused before a member was called: nobody has said why yet.
+  return Guarded(__uuidof(IOutlookPropertiesPage), [&] { Check(outcome); });
 }
 
 STDMETHODIMP PageControl::Initialize(IDispatch* addinApp, VARIANT_BOOL* reinitialize) {

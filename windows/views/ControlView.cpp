@@ -1,5 +1,6 @@
 #include "windows/views/ControlView.h"
 
+#include "display/TextBox.h"
 #include "windows/com/Text.h"
 #include "windows/views/Handles.h"
 
@@ -136,8 +137,17 @@ bool ControlView::ReachByMouse() {
 
 void ControlView::FocusArrived() {
   if (host_.Shown().Focus() == &control_) return;
+  // A box that keeps the focus says why: it has to have the focus by then, for that is where the message
+  // gives it back to.
+  const auto* const box = dynamic_cast<const TextBox*>(host_.Shown().Focus());
+  const bool mayStay = box != nullptr && box->OnValidate;
+  if (mayStay) host_.TakeFocus();
   host_.Actions().Focus(control_);
-  if (host_.Shown().Focus() != &control_) host_.SettleFocus();
+  if (host_.Shown().Focus() != &control_) {
+    host_.SettleFocus();
+  } else if (mayStay) {
+    host_.TakeFocus();
+  }
 }
 
 bool ControlView::Intercept(UINT message, WPARAM wParam, LPARAM /*lParam*/, LRESULT& result) {

@@ -36,7 +36,8 @@ class ViewHost {
   virtual const AccessKeys& Keys() const = 0;
   /// The button that Enter would press now, which is drawn so.
   virtual const Button* DrawnDefault() const = 0;
-  /// Puts the keyboard focus where the form says, once the present message is done.
+  /// Puts the keyboard focus where the form says: at once, and once the present message is done.
+  virtual void TakeFocus() = 0;
   virtual void SettleFocus() = 0;
   /// Runs what a window procedure has to do; no exception comes out.
   virtual void Guard(const std::function<void()>& body) noexcept = 0;

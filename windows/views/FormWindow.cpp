@@ -405,9 +405,9 @@ void FormWindow::Activate(Control& control) {
 
 void FormWindow::Guard(const std::function<void()>& body) noexcept {
   if (closed_) return;
-  const ActivationContext::Scope themed(manifest_);
   const Nesting nesting(depth_);
   try {
+    const ActivationContext::Scope themed(manifest_);
     // What comes next acts on what the user sees.
     if (depth_ == 1 && settlePosted_) Settle();
     body();
@@ -415,6 +415,8 @@ void FormWindow::Guard(const std::function<void()>& body) noexcept {
     Fail(error.Description);
   } catch (const std::exception& failure) {
     Fail(failure.what());
+  } catch (...) {
+    Fail("An exception of no known kind");
   }
   // The loop that shows a dialog looks whether it is still shown only after a message.
   if (!closed_ && setting_.dialog != nullptr && (!setting_.dialog->IsShowing() || failure_ != nullptr)) {
@@ -528,6 +530,8 @@ LRESULT CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     SetWindowLongPtrW(window, GWLP_USERDATA, 0);
     self->window_ = nullptr;
     self->Close();
+    // The window of a dialog may go by a message that its loop never sees.
+    if (self->setting_.dialog != nullptr) PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
     return DefWindowProcW(window, message, wParam, lParam);
   }
   if (self->closed_) return DefWindowProcW(window, message, wParam, lParam);

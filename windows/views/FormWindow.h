@@ -48,7 +48,7 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   /// The size that shows everything, in pixels.
   SIZE PreferredSize() const;
   /// Puts the keyboard focus where the form has it.
-  void TakeFocus();
+  void TakeFocus() override;
   /// A message of the keyboard before it is dispatched. Taken: it must not be.
   KeyOutcome Translate(const MSG& message);
   /// The letter of a menu key, as the message WM_SYSCHAR or WM_CHAR brings it.

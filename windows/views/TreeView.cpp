@@ -50,9 +50,21 @@ class TreeView final : public ControlView {
   bool TakesLetters() const override { return true; }
 
   bool KeyDown(int key) override {
-    if (key != VK_SPACE) return ControlView::KeyDown(key);
-    if (tree_.Selected() != Tree::NoNode) ToggleCheck(tree_.Selected());
-    return true;
+    switch (key) {
+      case VK_SPACE:
+      case VK_LEFT:
+      case VK_UP:
+      case VK_RIGHT:
+      case VK_DOWN:
+      case VK_ADD:
+      case VK_SUBTRACT:
+      case VK_MULTIPLY:
+        host_.Actions().Press(key);
+        Refresh();
+        return true;
+      default:
+        return ControlView::KeyDown(key);
+    }
   }
 
   LRESULT Notified(UINT message, WPARAM /*wParam*/, LPARAM lParam) override {

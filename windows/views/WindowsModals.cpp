@@ -23,8 +23,9 @@ class Showing {
       : dialog_(dialog),
         window_(window),
         owner_(owner != nullptr && IsWindowEnabled(owner) != FALSE ? owner : nullptr) {
-    if (owner_ != nullptr) EnableWindow(owner_, FALSE);
     dialog_.Show();
+    // Nothing can fail any more: whatever was begun is taken back at the end.
+    if (owner_ != nullptr) EnableWindow(owner_, FALSE);
     ShowWindow(window_.Handle(), SW_SHOW);
   }
   Showing(const Showing&) = delete;

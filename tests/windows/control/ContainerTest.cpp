@@ -1,9 +1,14 @@
 // The page's life in containers of all manners: what they leave out, in which order they do things, and what
 // they do in the middle of a call. Whatever they do, nothing crashes, everything is released, and no window
 // stays disabled.
+#include <windows.h>
+// windows.h first
+#include <commctrl.h>
 #include <gtest/gtest.h>
+#include <psapi.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -414,6 +419,31 @@ TEST_F(ContainerTest, TheAddinLosesThePageWhileItApplies) {
   EXPECT_EQ(Stored().FolderSetCount, 0);
 }
 
+// --- looks
+
+TEST_F(ContainerTest, IsMadeOfTheThemedControls) {
+  // This program has no manifest and does without the common controls: what is loaded is the module's doing.
+  Container container;
+  Open(container);
+  std::array<HMODULE, 256> modules{};
+  DWORD size = 0;
+  ASSERT_NE(K32EnumProcessModules(GetCurrentProcess(), modules.data(), sizeof modules, &size), FALSE);
+  std::string loaded;
+  for (size_t i = 0; i < size / sizeof(HMODULE) && i < modules.size(); ++i) {
+    std::array<wchar_t, MAX_PATH> path{};
+    GetModuleFileNameW(modules[i], path.data(), MAX_PATH);
+    CharLowerW(path.data());
+    const std::string name = ToUtf8(path.data());
+    if (name.find("comctl32.dll") != std::string::npos) loaded += name + " ";
+  }
+  EXPECT_NE(loaded.find("winsxs"), std::string::npos) << loaded;
+  SIZE ideal{};
+  EXPECT_NE(
+      SendMessageW(container.Control("cmdAbout"), BCM_GETIDEALSIZE, 0, reinterpret_cast<LPARAM>(&ideal)),
+      FALSE)
+      << "a question that only buttons of version 6 answer";
+}
+
 // --- keys across the border
 
 TEST_F(ContainerTest, TabGoesThroughThePageAndOnInTheContainer) {
@@ -476,6 +506,23 @@ class Lives : public ContainerTest {
     container.Click("cmdRemove");
   }
 };
+
+TEST_F(Lives, TheCountsSeeEveryKindOfHandle) {
+  const HandleCounts before = CountHandles();
+  const HFONT font = CreateFontW(12, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, 0, 0, 0, 0, 0, L"Tahoma");
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HICON icon = CopyIcon(LoadIconW(nullptr, IDI_ERROR));
+  const HWND window =
+      CreateWindowExW(0, L"STATIC", nullptr, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+  const HandleCounts more = CountHandles();
+  EXPECT_GE(more.gdi, before.gdi + 2) << "font and device context";
+  EXPECT_GE(more.user, before.user + 2) << "icon and window";
+  DestroyWindow(window);
+  DestroyIcon(icon);
+  DeleteDC(dc);
+  DeleteObject(font);
+  EXPECT_EQ(CountHandles(), before);
+}
 
 TEST_F(Lives, AThousandLeaveEverythingAsItWas) {
   for (int i = 0; i < 10; ++i) Live();  // what is kept for the whole process is there now

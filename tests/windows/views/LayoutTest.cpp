@@ -1,0 +1,239 @@
+// Every screen that the user can open, in every language and at three resolutions: no text is wider than the
+// control that shows it, no control covers another, and no access key is given twice. The screens are found
+// by pressing every button, so that new ones are measured without being named here.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "display/UserActions.h"
+#include "tests/windows/views/Stage.h"
+#include "windows/views/FormWindow.h"
+#include "windows/views/Handles.h"
+
+namespace vexa::windows {
+namespace {
+
+DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)); }
+
+/// The texts of windows, measured with the font that each is written in.
+class Ruler {
+ public:
+  explicit Ruler(HWND window) : dc_(GetDC(window)), window_(window) {
+    const auto font = reinterpret_cast<HGDIOBJ>(Send(window, WM_GETFONT));
+    if (font != nullptr) former_ = SelectObject(dc_, font);
+  }
+  Ruler(const Ruler&) = delete;
+  Ruler& operator=(const Ruler&) = delete;
+  ~Ruler() {
+    if (former_ != nullptr) SelectObject(dc_, former_);
+    ReleaseDC(window_, dc_);
+  }
+  SIZE Measure(const std::wstring& text, LONG width = 0) const {
+    RECT area{0, 0, width, 0};
+    const UINT wrap = width > 0 ? DT_WORDBREAK : DT_SINGLELINE;
+    DrawTextW(dc_, text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | DT_NOPREFIX | wrap);
+    return {area.right, area.bottom};
+  }
+
+ private:
+  HDC dc_;
+  HWND window_;
+  HGDIOBJ former_ = nullptr;
+};
+
+class LayoutTest : public WindowStage, public ModalWindows {
+ protected:
+  /// Instead of showing the dialog: measures it and presses all of its buttons.
+  void ShowModal(Dialog& dialog, Form* /*owner*/) override {
+    dialog.Show();
+    if (seen_.insert(dialog.Name()).second) Measure(dialog, &dialog);
+    if (depth_ < 5) {
+      ++depth_;
+      PressButtons(dialog);
+      --depth_;
+    }
+    dialog.Hide();
+  }
+
+  void PressButtons(Form& form) {
+    for (Control* control : form.Controls()) {
+      const auto* const dialog = dynamic_cast<const Dialog*>(&form);
+      if (dialog != nullptr && !dialog->IsShowing()) return;
+      if (control->Kind() != ControlKind::Button || control == form.CancelButton() ||
+          control->Name() == "cmdOk" || !control->IsUsable()) {
+        continue;
+      }
+      UserActions(form).Click(*control);
+    }
+  }
+
+  void Measure(Form& form, Dialog* dialog) {
+    SCOPED_TRACE(form.Name());
+    const Layout* layout = nullptr;
+    try {
+      layout = &FindLayout(form.Name());
+    } catch (const Error& error) {
+      ADD_FAILURE() << error.Description;
+      return;
+    }
+    const auto window = FormWindow::Make(form, {TestedModule(), *layout, owner_, dialog});
+    for (const int dpi : {96, 144, 192}) {
+      SCOPED_TRACE(std::to_string(language_) + " at " + std::to_string(dpi));
+      RECT area{};
+      GetWindowRect(window->Handle(), &area);
+      if (dpi != 96) Send(window->Handle(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), &area);
+      if (dialog == nullptr) {
+        const SIZE wished = window->PreferredSize();
+        SetWindowPos(window->Handle(), nullptr, 0, 0, wished.cx, wished.cy, SWP_NOZORDER);
+      }
+      CheckWindow(window->Handle(), dpi);
+    }
+  }
+
+  static void CheckWindow(HWND form, int dpi) {
+    RECT all{};
+    GetClientRect(form, &all);
+    struct Placed {
+      std::string name;
+      HWND window;
+      RECT area;
+    };
+    std::vector<Placed> placed;
+    std::map<wchar_t, std::string> keys;
+    for (HWND child = GetWindow(form, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+      const std::string name = NameOf(child);
+      if (name.empty() || (StyleOf(child) & WS_VISIBLE) == 0) continue;
+      RECT area{};
+      GetWindowRect(child, &area);
+      MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&area), 2);
+      placed.push_back({name, child, area});
+      EXPECT_TRUE(area.left >= 0 && area.top >= 0 && area.right <= all.right && area.bottom <= all.bottom)
+          << name << " stands outside";
+      EXPECT_TRUE(area.right > area.left && area.bottom > area.top) << name << " has no size";
+      CheckText(name, child, dpi);
+      if (const wchar_t key = MarkOf(TextOfWindow(child)); key != 0 && ClassOf(child) != WC_EDITW) {
+        const auto [other, isNew] = keys.try_emplace(static_cast<wchar_t>(towupper(key)), name);
+        EXPECT_TRUE(isNew) << name << " has the access key of " << other->second;
+      }
+    }
+    EXPECT_FALSE(placed.empty());
+    const auto isFrame = [](HWND window) {
+      return ClassOf(window) == WC_BUTTONW && (StyleOf(window) & BS_TYPEMASK) == BS_GROUPBOX;
+    };
+    for (size_t one = 0; one < placed.size(); ++one) {
+      for (size_t two = one + 1; two < placed.size(); ++two) {
+        if (isFrame(placed[one].window) || isFrame(placed[two].window)) continue;
+        RECT common{};
+        EXPECT_EQ(IntersectRect(&common, &placed[one].area, &placed[two].area), FALSE)
+            << placed[one].name << " covers " << placed[two].name;
+      }
+    }
+  }
+
+  static wchar_t MarkOf(const std::wstring& text) {
+    for (size_t at = 0; at + 1 < text.size(); ++at) {
+      if (text[at] != L'&') continue;
+      if (text[at + 1] != L'&') return text[at + 1];
+      ++at;
+    }
+    return 0;
+  }
+
+  static void CheckText(const std::string& name, HWND window, int dpi) {
+    RECT client{};
+    GetClientRect(window, &client);
+    const Ruler ruler(window);
+    const std::wstring kind = ClassOf(window);
+    const std::wstring text = PlainText(TextOfWindow(window));
+    if (kind == WC_BUTTONW) {
+      if ((StyleOf(window) & BS_TYPEMASK) == BS_GROUPBOX) {
+        EXPECT_LE(ruler.Measure(text).cx + MulDiv(16, dpi, 96), client.right) << name;
+        return;
+      }
+      // What the control itself wants to have.
+      SIZE ideal{};
+      ASSERT_NE(Send(window, BCM_GETIDEALSIZE, 0, &ideal), FALSE) << name;
+      EXPECT_GT(ideal.cx, ruler.Measure(text).cx) << name << ": the ideal size is none";
+      EXPECT_LE(ideal.cx, client.right) << name << ": " << ToUtf8(text);
+      EXPECT_LE(ruler.Measure(text).cy, client.bottom) << name;
+    } else if (kind == WC_STATICW && (StyleOf(window) & SS_TYPEMASK) == SS_OWNERDRAW) {
+      EXPECT_LE(ruler.Measure(text).cx + MulDiv(16, dpi, 96), client.right) << name;
+    } else if (kind == WC_STATICW) {
+      if (text.empty()) return;
+      const SIZE needed = ruler.Measure(text, client.right);
+      EXPECT_LE(needed.cx, client.right) << name << ": " << ToUtf8(text);
+      EXPECT_LE(needed.cy, client.bottom) << name << ": " << ToUtf8(text);
+    } else if (kind == WC_EDITW) {
+      EXPECT_LE(ruler.Measure(L"Wg").cy, client.bottom) << name;
+    } else if (kind == WC_LISTVIEWW) {
+      const auto header = reinterpret_cast<HWND>(Send(window, LVM_GETHEADER));
+      const auto columns = static_cast<int>(Send(header, HDM_GETITEMCOUNT));
+      for (int column = 0; column < columns; ++column) {
+        std::array<wchar_t, 256> title{};
+        HDITEMW item{};
+        item.mask = HDI_TEXT | HDI_WIDTH;
+        item.pszText = title.data();
+        item.cchTextMax = static_cast<int>(title.size());
+        Send(header, HDM_GETITEMW, column, &item);
+        EXPECT_LE(Ruler(header).Measure(title.data()).cx, item.cxy) << name << " column " << column;
+      }
+    }
+  }
+
+  std::set<std::string> seen_;
+  int32_t language_ = 0;
+  int depth_ = 0;
+};
+
+TEST_F(LayoutTest, EveryScreenFitsItsTextsInEveryLanguageAndSize) {
+  for (const int32_t language : {1033, 1036, 3084}) {
+    language_ = language;
+    seen_.clear();
+    workbench::Stage stage(workbench::ProfileWithFolderSet(), "", language, *this, answers_);
+    OutlookPropertiesPage& page = stage.CreatePage();
+    page.Initialize(stage.workbench.Addin());
+    page.FocusFirst();
+    Measure(page, nullptr);
+    PressButtons(page);
+    for (const char* screen : {"frmEditFolderset", "frmAbout"}) {
+      EXPECT_TRUE(seen_.contains(screen)) << screen << " was never opened";
+    }
+  }
+}
+
+TEST_F(LayoutTest, TheGalleryFits) {
+  language_ = 1033;
+  workbench::Gallery gallery(services_);
+  const auto window =
+      FormWindow::Make(gallery, {TestedModule(), workbench::LayoutOfGallery(), owner_, &gallery});
+  for (const int dpi : {96, 144, 192}) {
+    SCOPED_TRACE(dpi);
+    RECT area{};
+    GetWindowRect(window->Handle(), &area);
+    if (dpi != 96) Send(window->Handle(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), &area);
+    CheckWindow(window->Handle(), dpi);
+  }
+}
+
+/// The measuring itself must see what it is there for.
+TEST_F(LayoutTest, AControlThatIsTooNarrowIsSeen) {
+  workbench::Gallery gallery(services_);
+  const auto window =
+      FormWindow::Make(gallery, {TestedModule(), workbench::LayoutOfGallery(), owner_, &gallery});
+  const HWND button = FindNamed(window->Handle(), "cmdBrowse");
+  SIZE ideal{};
+  ASSERT_NE(Send(button, BCM_GETIDEALSIZE, 0, &ideal), FALSE);
+  gallery.cmdBrowse.SetCaption("A caption that is much longer than the one from before");
+  Send(window->Handle(), WM_APP);  // shows what has changed
+  SIZE longer{};
+  ASSERT_NE(Send(button, BCM_GETIDEALSIZE, 0, &longer), FALSE);
+  EXPECT_GT(longer.cx, 2 * ideal.cx);
+  RECT client{};
+  GetClientRect(button, &client);
+  EXPECT_LE(longer.cx, client.right) << "the layout follows the caption";
+}
+
+}  // namespace
+}  // namespace vexa::windows

@@ -1,0 +1,59 @@
+// A window to stand dialogs over, and the services of the screens with real windows and real message boxes.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "tests/windows/Bench.h"
+#include "tests/windows/Modals.h"
+#include "windows/desktop/WindowsDesktop.h"
+#include "windows/views/WindowsModals.h"
+#include "workbench/Gallery.h"
+#include "workbench/Stage.h"
+#include "workbench/host/GalleryLayout.h"
+
+namespace vexa::windows {
+
+/// The module whose pictures and manifest the windows use.
+inline HMODULE TestedModule() {
+  static const HMODULE module = LoadLibraryW(TestedModulePath().c_str());
+  return module;
+}
+
+class WindowStage : public testing::Test {
+ protected:
+  WindowStage() {
+    owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
+                             nullptr, nullptr, nullptr, nullptr);
+    SetActiveWindow(owner_);
+  }
+  ~WindowStage() override {
+    if (IsWindow(owner_) != FALSE) {
+      EXPECT_NE(IsWindowEnabled(owner_), FALSE) << "the owner was left disabled";
+      DestroyWindow(owner_);
+    }
+    SetShift(false);
+  }
+
+  static const Layout& LayoutOf(std::string_view form) {
+    return form == "Gallery" ? workbench::LayoutOfGallery() : FindLayout(form);
+  }
+  static void SetShift(bool down) {
+    std::array<BYTE, 256> keys{};
+    keys[VK_SHIFT] = down ? 0x80 : 0;
+    SetKeyboardState(keys.data());
+  }
+
+  void Show(workbench::Gallery& gallery) { windows_.ShowModal(gallery, nullptr); }
+  std::string Log(const workbench::Gallery& gallery) const { return gallery.lblEvents.Caption(); }
+
+  HWND owner_ = nullptr;
+  WindowsDesktop desktop_;
+  WindowsModals windows_{TestedModule(), LayoutOf};
+  workbench::FixedAnswers answers_;
+  workbench::Stage stage_{workbench::SmallProfile(), "", 1033, windows_, answers_};
+  Services services_{stage_.resources, desktop_, windows_, stage_.workbench.Objects(), stage_.errorLog};
+};
+
+}  // namespace vexa::windows
