@@ -160,7 +160,7 @@ TEST_F(ModuleFile, PicturesLoadAtEverySize) {
     return isWhole;
   };
   for (const int32_t id : NumbersInSource(true)) {
-    for (const int size : {16, 24, 32, 48}) EXPECT_TRUE(isLoaded(id, IMAGE_ICON, size)) << id << " " << size;
+    for (const int size : {16, 24, 32}) EXPECT_TRUE(isLoaded(id, IMAGE_ICON, size)) << id << " " << size;
   }
   for (const int32_t id : NumbersInSource(false)) EXPECT_TRUE(isLoaded(id, IMAGE_CURSOR, 32)) << id;
 }

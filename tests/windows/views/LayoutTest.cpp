@@ -57,15 +57,25 @@ class LayoutTest : public WindowStage, public ModalWindows {
     dialog.Hide();
   }
 
+  /// Chooses every option in turn and presses all buttons that it makes usable.
   void PressButtons(Form& form) {
-    for (Control* control : form.Controls()) {
-      const auto* const dialog = dynamic_cast<const Dialog*>(&form);
-      if (dialog != nullptr && !dialog->IsShowing()) return;
-      if (control->Kind() != ControlKind::Button || control == form.CancelButton() ||
-          control->Name() == "cmdOk" || !control->IsUsable()) {
-        continue;
+    std::set<const Control*> pressed;
+    const auto* const dialog = dynamic_cast<const Dialog*>(&form);
+    const auto pressAll = [&] {
+      for (Control* control : form.Controls()) {
+        if (dialog != nullptr && !dialog->IsShowing()) return;
+        if (control->Kind() != ControlKind::Button || control == form.CancelButton() ||
+            control->Name() == "cmdOk" || !control->IsUsable() || !pressed.insert(control).second) {
+          continue;
+        }
+        UserActions(form).Click(*control);
       }
+    };
+    pressAll();
+    for (Control* control : form.Controls()) {
+      if (control->Kind() != ControlKind::OptionButton || !control->IsUsable()) continue;
       UserActions(form).Click(*control);
+      pressAll();
     }
   }
 
@@ -158,6 +168,8 @@ class LayoutTest : public WindowStage, public ModalWindows {
       EXPECT_GT(ideal.cx, ruler.Measure(text).cx) << name << ": the ideal size is none";
       EXPECT_LE(ideal.cx, client.right) << name << ": " << ToUtf8(text);
       EXPECT_LE(ruler.Measure(text).cy, client.bottom) << name;
+    } else if (GetPropW(window, L"VexaMarkup") != nullptr) {
+      EXPECT_LE(ruler.Measure(text, client.right).cy, client.bottom) << name << ": " << ToUtf8(text);
     } else if (kind == WC_STATICW && (StyleOf(window) & SS_TYPEMASK) == SS_OWNERDRAW) {
       EXPECT_LE(ruler.Measure(text).cx + MulDiv(16, dpi, 96), client.right) << name;
     } else if (kind == WC_STATICW) {
@@ -197,7 +209,9 @@ TEST_F(LayoutTest, EveryScreenFitsItsTextsInEveryLanguageAndSize) {
     page.FocusFirst();
     Measure(page, nullptr);
     PressButtons(page);
-    for (const char* screen : {"frmEditFolderset", "frmAbout"}) {
+    for (const std::string& name : seen_) RecordProperty(name, language);
+    for (const char* screen : {"frmEditFolderset", "frmAbout", "frmTrackingOptions", "frmFolders",
+                               "frmAdvanced", "frmSharedFolders"}) {
       EXPECT_TRUE(seen_.contains(screen)) << screen << " was never opened";
     }
   }

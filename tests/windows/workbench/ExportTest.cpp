@@ -224,6 +224,19 @@ void CallSession(Answers& answers, FixedAnswers& user, NameSpace& session, Utili
   answers.Call("PickFolder", [&] { return Require(session.PickFolder()).Name(); });
   user.picked.reset();
   answers.Call("PickFolder", [&] { return session.PickFolder() == nullptr ? "nothing" : "a folder"; });
+  answers.Call("CurrentProfileName", [&] { return session.CurrentProfileName(); });
+  answers.Call("CurrentUser", [&] { return Require(session.CurrentUser()).Name(); });
+  std::shared_ptr<MailItem> mail;
+  answers.Call("CreateItem", [&] {
+    return mail = Require(session.Application()).CreateItem(ItemType::Mail), std::string();
+  });
+  if (mail == nullptr) return;
+  answers.Call("Subject=", [&] { return mail->LetSubject("subject"), std::string(); });
+  answers.Call("Body=", [&] { return mail->LetBody("a body\r\nof two lines"), std::string(); });
+  answers.Call("Recipients.Add",
+               [&] { return mail->AddRecipient("somebody@tolvane.example"), std::string(); });
+  answers.Call("Attachments.Add", [&] { return mail->AddAttachment("C:\\log.txt"), std::string(); });
+  answers.Call("Send", [&] { return mail->Send(), std::string(); });
 }
 
 void CallMonitoredFolder(Answers& answers, AddinObjectFactory& objects) {
