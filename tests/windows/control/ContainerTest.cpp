@@ -23,7 +23,6 @@ namespace {
 
 using workbench::Bench;
 using workbench::ClassRegistration;
-using workbench::LivingObjects;
 using workbench::ProfileWithFolderSet;
 
 constexpr const char* NoObject = "Object variable not set";

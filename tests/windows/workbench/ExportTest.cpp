@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <utility>
 
@@ -330,7 +331,9 @@ TEST_F(Export, EveryFailureArrivesWholeAndAtTheSameCall) {
   fault.HelpContext = 77;
   int tried = 0;
   for (const std::string& member : CallLog::KnownMembers()) {
-    if (member.starts_with("View.") || member.starts_with("Shell.") || member.starts_with("Site.")) continue;
+    // What is no object of Outlook or the add-in does not cross the border.
+    constexpr std::array machines = {"View.", "Shell.", "Site.", "Files.", "Reg.", "Sys."};
+    if (std::ranges::any_of(machines, [&](const char* own) { return member.starts_with(own); })) continue;
     SCOPED_TRACE(member);
     const Outcome direct = RunDirectly(member, fault);
     ASSERT_NE(std::count_if(direct.trace.begin(), direct.trace.end(),
