@@ -3,30 +3,11 @@
 // Outlook they are what costs. That is why the page's benchmark counts them as well.
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/NobodyThere.h"
 #include "core/Handlers.h"
-#include "workbench/Stage.h"
 
 namespace vexa::workbench {
 namespace {
-
-/// Nobody is there: no window is shown and no question asked in a benchmark.
-class NoWindows final : public ModalWindows {
- public:
-  void ShowModal(Dialog& dialog, Form* /*owner*/) override { dialog.Hide(); }
-};
-
-class NoAnswers final : public UserAnswers {
- public:
-  std::optional<FolderIndex> PickFolder() override { return std::nullopt; }
-  MessageAnswer AnswerMessage(const std::string& /*asked*/, MessageButtons /*buttons*/) override {
-    return MessageAnswer::Ok;
-  }
-  BrowseAnswer BrowseForFolder(const std::string& /*prompt*/, const std::string& /*startFolder*/) override {
-    return {};
-  }
-  int32_t OpenDocument(const std::string& /*path*/) override { return 0; }
-  void Seen(const std::string& /*line*/) override {}
-};
 
 void LoadEveryString(benchmark::State& state) {
   const CompiledResources source(1033);

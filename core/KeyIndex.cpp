@@ -1,6 +1,6 @@
 #include "core/KeyIndex.h"
 
-#include <array>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -31,21 +31,25 @@ uint32_t HashOfKey(std::string_view key) noexcept {
   constexpr size_t wordSize = sizeof(uint64_t);
   const char* at = key.data();
   size_t left = key.size();
-  // Independent lanes, so that one multiplication need not wait for the one before.
-  std::array<uint64_t, 4> lanes{Spread, Fold, Spread ^ key.size(), ~Fold};
-  for (; left >= lanes.size() * wordSize; left -= lanes.size() * wordSize) {
-    for (uint64_t& lane : lanes) {
-      lane = Mixed(lane, WordAt(at));
-      at += wordSize;
-    }
+  // Four lanes, so that one multiplication need not wait for the one before.
+  uint64_t a = Spread;
+  uint64_t b = Fold;
+  uint64_t c = Spread ^ key.size();
+  uint64_t d = ~Fold;
+  for (; left >= 4 * wordSize; left -= 4 * wordSize, at += 4 * wordSize) {
+    a = Mixed(a, WordAt(at));
+    b = Mixed(b, WordAt(at + wordSize));
+    c = Mixed(c, WordAt(at + 2 * wordSize));
+    d = Mixed(d, WordAt(at + 3 * wordSize));
   }
-  uint64_t hash = lanes[2];
-  for (; left >= wordSize; left -= wordSize, at += wordSize) hash = Mixed(hash, WordAt(at));
+  if (left >= wordSize) a = Mixed(a, WordAt(at));
+  if (left >= 2 * wordSize) b = Mixed(b, WordAt(at + wordSize));
+  if (left >= 3 * wordSize) c = Mixed(c, WordAt(at + 2 * wordSize));
   uint64_t rest = 0;
-  if (left != 0) std::memcpy(&rest, at, left);
-  hash = Mixed(hash, rest);
-  for (const uint64_t lane : {lanes[0], lanes[1], lanes[3]}) hash = Mixed(hash * Fold, lane);
-  return static_cast<uint32_t>(hash ^ (hash >> 32));
+  if (const size_t odd = left % wordSize; odd != 0) std::memcpy(&rest, at + (left - odd), odd);
+  d = Mixed(d, rest);
+  const uint64_t hash = (a ^ std::rotl(b, 23)) * Spread + (c ^ std::rotl(d, 41)) * Fold;
+  return static_cast<uint32_t>(Mixed(hash, hash >> 32) >> 16);
 }
 
 void KeyIndex::Insert(uint32_t hash, uint32_t number) {

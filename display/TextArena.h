@@ -28,7 +28,7 @@ class TextArena {
 
  private:
   static constexpr size_t SmallestBlock = 1024;
-  static constexpr size_t LargestBlock = size_t{256} * 1024;
+  static constexpr size_t LargestBlock = size_t{64} * 1024;
 
   void AddBlock(size_t atLeast) {
     const size_t size = std::max(atLeast, std::clamp(capacity_, SmallestBlock, LargestBlock));

@@ -1,6 +1,7 @@
 #include "display/Tree.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "core/Error.h"
@@ -86,8 +87,8 @@ uint16_t Tree::ImageNumber(std::string_view image) {
 const char* Tree::Keep(std::string_view key, std::string_view text) {
   if (key.empty() && !keylessText_.empty() && text == keylessText_) return keylessText_.data();
   char* const kept = texts_.Take(key.size() + text.size());
-  std::ranges::copy(key, kept);
-  std::ranges::copy(text, kept + key.size());
+  if (!key.empty()) std::memcpy(kept, key.data(), key.size());
+  if (!text.empty()) std::memcpy(kept + key.size(), text.data(), text.size());
   if (key.empty()) keylessText_ = {kept, text.size()};
   return kept;
 }

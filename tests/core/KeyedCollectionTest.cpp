@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "core/KeyedCollection.h"
+
+namespace vexa {
+namespace {
+
+std::string Contents(const KeyedCollection<int>& collection) {
+  std::string text;
+  collection.ForEach(
+      [&](const std::string& key, int value) { text += key + "=" + std::to_string(value) + " "; });
+  return text;
+}
+
+TEST(KeyedCollection, KeepsTheOrderOfAdding) {
+  KeyedCollection<int> collection;
+  for (const char* key : {"c", "a", "b"}) collection.Add(key, key[0]);
+  EXPECT_EQ(Contents(collection), "c=99 a=97 b=98 ");
+  EXPECT_TRUE(collection.Remove("c"));
+  EXPECT_FALSE(collection.Remove("c"));
+  collection.Add("c", 1);
+  EXPECT_EQ(Contents(collection), "a=97 b=98 c=1 ") << "what comes back goes to the end";
+  EXPECT_EQ(collection.Find("A"), nullptr) << "keys compare exactly";
+  try {
+    collection.Add("b", 2);
+    FAIL() << "a key that is taken";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Number, 457);
+  }
+  EXPECT_EQ(Contents(collection), "a=97 b=98 c=1 ");
+}
+
+TEST(KeyedCollection, IsTheSameAsAPlainList) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  for (int run = 0; run < 20; ++run) {
+    KeyedCollection<int> collection;
+    std::vector<std::pair<std::string, int>> plain;
+    const auto keys = 1 + random() % 400;
+    for (int step = 0; step < 1500; ++step) {
+      const std::string key = std::string(random() % 3 * 30, 'k') + std::to_string(random() % keys);
+      const auto at = std::ranges::find(plain, key, &std::pair<std::string, int>::first);
+      if (random() % 2 == 0) {
+        ASSERT_EQ(collection.Remove(key), at != plain.end());
+        if (at != plain.end()) plain.erase(at);
+      } else if (at == plain.end()) {
+        collection.Add(key, step);
+        plain.emplace_back(key, step);
+      } else {
+        ASSERT_THROW(collection.Add(key, step), Error);
+        ASSERT_EQ(*collection.Find(key), at->second);
+      }
+      if (step % 1000 == 999 && run % 4 == 0) {
+        collection.Clear();
+        plain.clear();
+      }
+      ASSERT_EQ(collection.Size(), plain.size());
+    }
+    std::string expected;
+    for (const auto& [key, value] : plain) expected += key + "=" + std::to_string(value) + " ";
+    ASSERT_EQ(Contents(collection), expected);
+  }
+}
+
+TEST(KeyIndex, FindsAmongNumbersOfOneHash) {
+  KeyIndex index;
+  constexpr uint32_t sameHash = 0xFFFFFFF0;
+  for (uint32_t number = 0; number < 1000; ++number) index.Insert(sameHash + number % 3, number);
+  const auto has = [&](uint32_t number) {
+    return index.Find(sameHash + number % 3, [&](uint32_t found) { return found == number; }) == number;
+  };
+  for (uint32_t number = 0; number < 1000; number += 2) index.Erase(sameHash + number % 3, number);
+  for (uint32_t number = 0; number < 1000; ++number) ASSERT_EQ(has(number), number % 2 == 1) << number;
+}
+
+TEST(KeyIndex, HashesSpreadKeysThatDifferInAnyOneByte) {
+  // Each byte of a long key, and each length: no two of these keys may look the same to most tables.
+  std::vector<uint32_t> hashes;
+  const std::string key(312, 'A');
+  for (size_t at = 0; at < key.size(); ++at) {
+    std::string other = key;
+    other[at] = 'B';
+    hashes.push_back(HashOfKey(other));
+    hashes.push_back(HashOfKey(std::string_view(key).substr(at)));
+  }
+  std::ranges::sort(hashes);
+  const auto same = std::ranges::unique(hashes);
+  EXPECT_LE(std::ranges::distance(same), 1) << "of 624 in four thousand million";
+  std::vector<int> buckets(64);
+  for (const uint32_t hash : hashes) ++buckets[hash % buckets.size()];
+  EXPECT_LT(std::ranges::max(buckets), 40) << "ten in each on average";
+}
+
+}  // namespace
+}  // namespace vexa
