@@ -17,8 +17,9 @@ namespace vexa::workbench {
 class Scene final : public ModalWindows, public UserAnswers {
  public:
   /// Windows paths lead somewhere only when the profile has a path.
-  explicit Scene(int32_t language = 1033, const std::string& profilePath = "")
-      : stage(MakeProfile(), profilePath, language, *this, *this) {}
+  explicit Scene(int32_t language = 1033, const std::string& profilePath = "",
+                 Profile profile = MakeProfile())
+      : stage(std::move(profile), profilePath, language, *this, *this) {}
 
   // --- verbs
 
