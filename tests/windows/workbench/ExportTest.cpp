@@ -7,6 +7,7 @@
 #include <functional>
 #include <utility>
 
+#include "contracts/List.h"
 #include "tests/windows/Bench.h"
 #include "windows/adapters/Adapters.h"
 #include "windows/com/LateBound.h"
@@ -106,6 +107,55 @@ TEST_F(Export, EveryCollectionIsEditedInPlace) {
     EXPECT_TRUE(behind->data.Name == other->data.Name);                              \
   }
 #include "contracts/RegSettings.members.inc"
+}
+
+/// A settings object of another add-in: it keeps the collection that it is given.
+TEST_F(Export, ACollectionOfTheLibrarysOwnCanBeKept) {
+  Bench bench;
+  const auto behind = std::make_shared<WorkbenchSettings>(bench.workbench);
+  const RegSettingsRef client = windows::AdaptSettings(bench.exports->Export(behind));
+  const auto texts = std::make_shared<List<std::string>>();
+  for (const std::string& text : DifficultTexts(1)) texts->Add(text);
+  client->SetMonitoredFolderEntryIDs(texts);
+  EXPECT_EQ(behind->data.MonitoredFolderEntryIDs, DifficultTexts(1));
+  const auto numbers = std::make_shared<List<int32_t>>();
+  numbers->Add(INT32_MIN);
+  client->SetMonitoredFolderItemTypes(numbers);
+  client->LetFolderSetFlags(numbers);
+  EXPECT_EQ(behind->data.MonitoredFolderItemTypes, std::vector{INT32_MIN});
+  EXPECT_EQ(behind->data.FolderSetFlags, std::vector{INT32_MIN});
+
+  {
+    const CollectionRef<std::string> own = std::make_shared<List<std::string>>();
+    LateBound kept(windows::ExportCollection(own).As<IUnknown>());
+    kept.Call(L"add", {"b"});
+    kept.Call(L"Add", {"a", windows::MissingArgument(), 1});
+    kept.Call(L"Add", {"c", windows::MissingArgument(), windows::MissingArgument(), 2});
+    EXPECT_EQ(own->Item(1) + own->Item(2) + own->Item(3), "abc");
+    EXPECT_EQ(kept.CallForText(L"Item", {2}), "b");
+    kept.Call(L"Remove", {1});
+    EXPECT_EQ(kept.CallForNumber(L"Count"), 2);
+    std::string seen;
+    {
+      const auto enumerator = kept.CallForObject(L"_NewEnum").As<IEnumVARIANT>();
+      ASSERT_TRUE(enumerator);
+      OwnedVariant item;
+      while (enumerator->Next(1, item.Receive(), nullptr) == S_OK) {
+        seen += windows::FromVariant(item.Get()).ToText() + " ";
+      }
+    }
+    EXPECT_EQ(seen, "b c ");
+    for (const int32_t position : {0, 3}) {
+      try {
+        kept.Call(L"Item", {position});
+        ADD_FAILURE() << position;
+      } catch (const Error& error) {
+        EXPECT_EQ(error.Number, 9);
+        EXPECT_EQ(error.Description, "Subscript out of range");
+      }
+    }
+    EXPECT_THROW(kept.Call(L"Add", {"x", "key"}), Error) << "these lists have no keys";
+  }
 }
 
 // --- the same calls, directly and through COM
