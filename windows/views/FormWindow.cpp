@@ -49,7 +49,10 @@ DWORD DialogStyle(const Layout& layout) {
   // A window that shows a list is worth making larger.
   return WS_POPUP | WS_CAPTION | WS_SYSMENU | (GrowsHigh(layout.content) ? WS_THICKFRAME : DS_MODALFRAME);
 }
-constexpr DWORD DialogExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+
+DWORD DialogExtendedStyle(const Dialog& dialog) {
+  return WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | (dialog.TopMost() ? WS_EX_TOPMOST : 0U);
+}
 
 int WidthOf(const RECT& area) { return static_cast<int>(area.right - area.left); }
 int HeightOf(const RECT& area) { return static_cast<int>(area.bottom - area.top); }
@@ -103,7 +106,7 @@ void FormWindow::CreateOwnWindow() {
   static const FormClass windowClass(Procedure);
   const bool isDialog = setting_.dialog != nullptr;
   const DWORD style = isDialog ? DialogStyle(setting_.layout) : WS_CHILD;
-  const DWORD extendedStyle = isDialog ? DialogExtendedStyle : WS_EX_CONTROLPARENT;
+  const DWORD extendedStyle = isDialog ? DialogExtendedStyle(*setting_.dialog) : WS_EX_CONTROLPARENT;
   window_ = Verified(
       CreateWindowExW(extendedStyle, WindowClass, ToUtf16(isDialog ? form_.Caption() : std::string()).c_str(),
                       style, 0, 0, 0, 0, setting_.parent, nullptr, windowClass.Module(), nullptr),
@@ -128,7 +131,7 @@ void FormWindow::CreateViews() {
 void FormWindow::PlaceOverOwner() {
   const SIZE content = PreferredSize();
   RECT frame{0, 0, content.cx, content.cy};
-  AdjustWindowRectEx(&frame, DialogStyle(setting_.layout), FALSE, DialogExtendedStyle);
+  AdjustWindowRectEx(&frame, DialogStyle(setting_.layout), FALSE, DialogExtendedStyle(*setting_.dialog));
   const HMONITOR monitor = MonitorFromWindow(setting_.parent, MONITOR_DEFAULTTOPRIMARY);
   MONITORINFO info{};
   info.cbSize = sizeof info;
@@ -171,6 +174,23 @@ void FormWindow::FocusMoved(Form& /*form*/) {
     if (entry.view->Shown().Kind() == ControlKind::Button) entry.stale = true;  // another default
   }
   PostSettle();
+}
+
+void FormWindow::StateChanged(Form& form) {
+  if (closed_) return;
+  // At once: what disables a form is long work, during which nothing else is shown.
+  if ((IsWindowEnabled(window_) != FALSE) != form.Enabled()) {
+    EnableWindow(window_, form.Enabled() ? TRUE : FALSE);
+    if (form.Enabled()) TakeFocus();
+  }
+  ShowPointer();
+}
+
+/// False when the pointer is the usual one.
+bool FormWindow::ShowPointer() const {
+  const bool waits = form_.MousePointer() == Form::Pointer::Wait;
+  SetCursor(LoadCursorW(nullptr, waits ? IDC_WAIT : IDC_ARROW));
+  return waits;
 }
 
 void FormWindow::Refresh(Form& /*form*/) {
@@ -474,6 +494,9 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETFOCUS:
       if (FocusTarget() != window_) SetFocus(FocusTarget());
       return 0;
+    case WM_SETCURSOR:
+      if (ShowPointer()) return TRUE;
+      break;
     case WM_SIZE:
       Guard([&] { Arrange(); });
       return 0;
@@ -482,7 +505,8 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         Guard([&] {
           const SIZE content = PreferredSize();
           RECT frame{0, 0, content.cx, content.cy};
-          AdjustWindowRectEx(&frame, DialogStyle(setting_.layout), FALSE, DialogExtendedStyle);
+          AdjustWindowRectEx(&frame, DialogStyle(setting_.layout), FALSE,
+                             DialogExtendedStyle(*setting_.dialog));
           reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {WidthOf(frame), HeightOf(frame)};
         });
       }

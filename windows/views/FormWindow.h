@@ -57,6 +57,7 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   // FormView
   void Changed(Control& control) override;
   void FocusMoved(Form& form) override;
+  void StateChanged(Form& form) override;
   void Refresh(Form& form) override;
   void Refresh(Control& control) override;
 
@@ -87,6 +88,7 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   void Guard(const std::function<void()>& body) noexcept override;
   std::shared_ptr<void> KeepAlive() override;
 
+  bool ShowPointer() const;
   /// Inside a handler of what went wrong.
   void Fail(const std::string& reason) noexcept;
 
