@@ -1,6 +1,5 @@
 #include "windows/views/TreeMirror.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "windows/com/Text.h"
@@ -18,8 +17,11 @@ ImageListHandle CreateImages(int size) {
 
 }  // namespace
 
-TreeMirror::TreeMirror(HWND window, const Tree& tree, IconCache& icons) : window_(window), tree_(tree) {
+TreeMirror::TreeMirror(HWND window, Tree& tree, IconCache& icons) : window_(window), tree_(tree) {
   UseIcons(icons);
+  tree_.KeepChanges(true);
+  for (const Tree::Node root : tree_.Children(Tree::NoNode)) InsertBranch(root);
+  Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(tree_.Selected()));
 }
 
 void TreeMirror::UseIcons(IconCache& icons) {
@@ -32,57 +34,42 @@ void TreeMirror::UseIcons(IconCache& icons) {
 }
 
 void TreeMirror::Sync() {
+  constexpr size_t aFew = 8;
+  if (working_) return;  // what is going on shows it all
+  const Tree::Changes changes = tree_.TakeChanges();
   working_ = true;
-  // Painting and scrolling once, at the end.
-  Send(window_, WM_SETREDRAW, FALSE);
-  SyncChildren(Tree::NoNode, TVI_ROOT, roots_);
-  SyncExpanded(roots_);
-  if (selected_ != tree_.Selected()) {
-    selected_ = tree_.Selected();
-    Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(selected_));
+  // When much is different the window paints and scrolls once, at the end.
+  const bool atOnce = !changes.removed.empty() || !changes.grown.empty() || changes.states.size() > aFew;
+  if (atOnce) Send(window_, WM_SETREDRAW, FALSE);
+  for (const Tree::Node node : changes.removed) Send(window_, TVM_DELETEITEM, 0, HandleOf(node));
+  for (const Tree::Changes::Growth& growth : changes.grown) {
+    for (Tree::Node node = growth.first; node != Tree::NoNode; node = tree_.Next(node)) InsertBranch(node);
+    // Without children the window has refused to open the item.
+    if (growth.parent != Tree::NoNode) ShowExpanded(growth.parent);
   }
-  Send(window_, WM_SETREDRAW, TRUE);
-  InvalidateRect(window_, nullptr, TRUE);
+  for (const Tree::Node node : changes.states) ShowState(node);
+  if (changes.selection) Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(tree_.Selected()));
+  if (changes.shown != Tree::NoNode) Send(window_, TVM_ENSUREVISIBLE, 0, HandleOf(changes.shown));
+  if (atOnce) {
+    Send(window_, WM_SETREDRAW, TRUE);
+    InvalidateRect(window_, nullptr, TRUE);
+  }
   working_ = false;
 }
 
-void TreeMirror::SyncChildren(Tree::Node parent, HTREEITEM parentHandle, std::vector<Item>& items) {
-  const Tree::NodeRange children = tree_.Children(parent);
-  const std::vector<Tree::Node> nodes(children.begin(), children.end());
-  const auto same = [&](const Item& item, Tree::Node node) {
-    return item.node == node && item.text == tree_.Text(node) && item.image == tree_.Image(node);
-  };
-  size_t kept = 0;
-  while (kept < items.size() && kept < nodes.size() && same(items[kept], nodes[kept])) ++kept;
-  // Behind the first difference: what is still wanted is found again while the order holds.
-  std::vector<Item> former(std::make_move_iterator(items.begin() + static_cast<std::ptrdiff_t>(kept)),
-                           std::make_move_iterator(items.end()));
-  items.resize(kept);
-  items.reserve(nodes.size());
-  size_t next = 0;
-  HTREEITEM after = items.empty() ? TVI_FIRST : items.back().handle;
-  for (size_t index = kept; index < nodes.size(); ++index) {
-    size_t match = next;
-    while (match < former.size() && !same(former[match], nodes[index])) ++match;
-    if (match < former.size()) {
-      for (; next < match; ++next) Send(window_, TVM_DELETEITEM, 0, former[next].handle);
-      items.push_back(std::move(former[next++]));
-    } else {
-      items.push_back(Insert(nodes[index], parentHandle, after));
-    }
-    after = items.back().handle;
-  }
-  for (; next < former.size(); ++next) Send(window_, TVM_DELETEITEM, 0, former[next].handle);
-  for (Item& item : items) {
-    SyncState(item);
-    SyncChildren(item.node, item.handle, item.children);
+void TreeMirror::InsertBranch(Tree::Node top) {
+  for (Tree::Node node = top; node != Tree::NoNode; node = tree_.NextBelow(top, node)) Insert(node);
+  for (Tree::Node node = top; node != Tree::NoNode; node = tree_.NextBelow(top, node)) {
+    if (tree_.Expanded(node)) ShowExpanded(node);
   }
 }
 
-TreeMirror::Item TreeMirror::Insert(Tree::Node node, HTREEITEM parent, HTREEITEM after) {
+void TreeMirror::Insert(Tree::Node node) {
+  const Tree::Node before = tree_.Previous(node);
   TVINSERTSTRUCTW insert{};
-  insert.hParent = parent;
-  insert.hInsertAfter = after;
+  insert.hParent = HandleOf(tree_.Parent(node));
+  // Behind a named item: to find the last one, the window would walk through them all.
+  insert.hInsertAfter = before == Tree::NoNode ? TVI_FIRST : HandleOf(before);
   insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_CHILDREN | TVIF_PARAM | TVIF_STATE;
   insert.item.pszText = LPSTR_TEXTCALLBACKW;
   insert.item.iImage = I_IMAGECALLBACK;
@@ -92,31 +79,24 @@ TreeMirror::Item TreeMirror::Insert(Tree::Node node, HTREEITEM parent, HTREEITEM
   insert.item.stateMask = TVIS_STATEIMAGEMASK;
   insert.item.state = tree_.Checked(node) ? StateOn : StateOff;
   const auto handle = reinterpret_cast<HTREEITEM>(Send(window_, TVM_INSERTITEMW, 0, &insert));
-  return {node,  Verified(handle, "TVM_INSERTITEM"), tree_.Checked(node),
-          false, std::string(tree_.Text(node)),      tree_.Image(node),
-          {}};
+  if (handles_.size() <= node) handles_.resize(size_t{node} + 1);
+  handles_[node] = Verified(handle, "TVM_INSERTITEM");
 }
 
-void TreeMirror::SyncState(Item& item) {
-  if (item.checked == tree_.Checked(item.node)) return;
-  item.checked = tree_.Checked(item.node);
+void TreeMirror::ShowState(Tree::Node node) {
   TVITEMW change{};
   change.mask = TVIF_HANDLE | TVIF_STATE;
-  change.hItem = item.handle;
+  change.hItem = HandleOf(node);
   change.stateMask = TVIS_STATEIMAGEMASK;
-  change.state = item.checked ? StateOn : StateOff;
+  change.state = tree_.Checked(node) ? StateOn : StateOff;
   Send(window_, TVM_SETITEMW, 0, &change);
+  ShowExpanded(node);
 }
 
-void TreeMirror::SyncExpanded(std::vector<Item>& items) {
-  for (Item& item : items) {
-    SyncExpanded(item.children);
-    // Without children the window would refuse to open the item, and it must open once there are some.
-    const bool expanded = tree_.Expanded(item.node) && !item.children.empty();
-    if (item.expanded == expanded) continue;
-    item.expanded = expanded;
-    Send(window_, TVM_EXPAND, expanded ? TVE_EXPAND : TVE_COLLAPSE, item.handle);
-  }
+void TreeMirror::ShowExpanded(Tree::Node node) {
+  const HTREEITEM item = HandleOf(node);
+  const bool shown = (Send(window_, TVM_GETITEMSTATE, item, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
+  if (shown != tree_.Expanded(node)) Send(window_, TVM_EXPAND, shown ? TVE_COLLAPSE : TVE_EXPAND, item);
 }
 
 Tree::Node TreeMirror::NodeOf(HTREEITEM handle) const {
@@ -125,21 +105,6 @@ Tree::Node TreeMirror::NodeOf(HTREEITEM handle) const {
   item.hItem = handle;
   if (Send(window_, TVM_GETITEMW, 0, &item) == FALSE) return Tree::NoNode;
   return static_cast<Tree::Node>(item.lParam);
-}
-
-HTREEITEM TreeMirror::HandleOf(Tree::Node node) const {
-  if (node == Tree::NoNode) return nullptr;
-  std::vector<Tree::Node> path;
-  for (Tree::Node at = node; at != Tree::NoNode; at = tree_.Parent(at)) path.push_back(at);
-  const std::vector<Item>* items = &roots_;
-  HTREEITEM handle = nullptr;
-  for (auto at = path.rbegin(); at != path.rend(); ++at) {
-    const auto found = std::ranges::find(*items, *at, &Item::node);
-    if (found == items->end()) return nullptr;
-    handle = found->handle;
-    items = &found->children;
-  }
-  return handle;
 }
 
 int TreeMirror::ImageOf(const std::string& image) {

@@ -1,6 +1,6 @@
-// Keeps the items of a tree window like the nodes of a Tree. It remembers what it has shown, compares that
-// with the tree, and touches only the items that differ. Texts and images stay in the tree; the window asks
-// for those that it draws.
+// Keeps the items of a tree window like the nodes of a Tree. It takes what has changed from the tree and
+// touches the items that differ, no others. Texts and images stay in the tree; the window asks for those that
+// it draws.
 #pragma once
 
 #include <windows.h>
@@ -19,8 +19,12 @@ namespace vexa::windows {
 
 class TreeMirror {
  public:
-  TreeMirror(HWND window, const Tree& tree, IconCache& icons);
+  TreeMirror(HWND window, Tree& tree, IconCache& icons);
+  TreeMirror(const TreeMirror&) = delete;
+  TreeMirror& operator=(const TreeMirror&) = delete;
+  ~TreeMirror() { tree_.KeepChanges(false); }
 
+  /// Shows what has changed since the last time.
   void Sync();
   /// Icons of another size.
   void UseIcons(IconCache& icons);
@@ -32,31 +36,21 @@ class TreeMirror {
   bool IsWorking() const { return working_; }
 
  private:
-  struct Item {
-    Tree::Node node;
-    HTREEITEM handle;
-    bool checked = false;
-    bool expanded = false;
-    std::string text;  // to notice another node under a number that was free again
-    std::string image;
-    std::vector<Item> children;
-  };
-
-  void SyncChildren(Tree::Node parent, HTREEITEM parentHandle, std::vector<Item>& items);
-  Item Insert(Tree::Node node, HTREEITEM parent, HTREEITEM after);
-  void SyncState(Item& item);
-  void SyncExpanded(std::vector<Item>& items);
-  HTREEITEM HandleOf(Tree::Node node) const;
+  /// A branch with everything below it, behind its elder sibling.
+  void InsertBranch(Tree::Node top);
+  void Insert(Tree::Node node);
+  void ShowState(Tree::Node node);
+  void ShowExpanded(Tree::Node node);
+  HTREEITEM HandleOf(Tree::Node node) const { return node == Tree::NoNode ? nullptr : handles_[node]; }
   int ImageOf(const std::string& image);
 
   HWND window_;
-  const Tree& tree_;
-  IconCache* icons_;
+  Tree& tree_;
+  IconCache* icons_ = nullptr;
   ImageListHandle images_;
   std::map<std::string, int> imageNumbers_;
-  std::vector<Item> roots_;
-  Tree::Node selected_ = Tree::NoNode;
-  std::wstring text_;  // lent to the window until it asks again
+  std::vector<HTREEITEM> handles_;  // by node
+  std::wstring text_;               // lent to the window until it asks again
   bool working_ = false;
 };
 

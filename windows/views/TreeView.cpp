@@ -9,11 +9,9 @@ namespace {
 constexpr int WidthUnits = 100;
 constexpr int RowPadding = 4;  // at 96 dpi
 constexpr int DefaultRows = 6;
-constexpr UINT SyncMessage = WM_APP + 1;
 constexpr UINT ImageMessage = WM_APP + 2;  // an item's image by name, for those who drive the window
 
-/// Neither checks nor opens anything by itself: the form does, and the mirror shows it. Many changes in a
-/// row are shown together, before the next message that could tell the difference.
+/// Neither checks nor opens anything by itself: the form does, and the mirror shows it.
 class TreeView final : public ControlView {
  public:
   TreeView(ViewHost& host, Tree& tree) : ControlView(host, tree), tree_(tree) {
@@ -24,14 +22,11 @@ class TreeView final : public ControlView {
     SetWindowLongPtrW(Window(), GWL_STYLE, GetWindowLongPtrW(Window(), GWL_STYLE) | TVS_CHECKBOXES);
     mirror_.emplace(Window(), tree, host.Icons());
     ControlView::Sync();
-    mirror_->Sync();
   }
 
   void Sync() override {
     ControlView::Sync();
-    if (stale_ || !mirror_) return;
-    stale_ = true;
-    if (PostMessageW(Window(), SyncMessage, 0, 0) == FALSE) Refresh();
+    mirror_->Sync();
   }
 
   void SyncFont() override {
@@ -60,7 +55,6 @@ class TreeView final : public ControlView {
       case VK_SUBTRACT:
       case VK_MULTIPLY:
         host_.Actions().Press(key);
-        Refresh();
         return true;
       default:
         return ControlView::KeyDown(key);
@@ -90,21 +84,13 @@ class TreeView final : public ControlView {
 
   bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override {
     switch (message) {
-      case SyncMessage:
-        Refresh();
-        return true;
       case ImageMessage:
         result = reinterpret_cast<LRESULT>(
             tree_.Image(mirror_->NodeOf(reinterpret_cast<HTREEITEM>(lParam))).c_str());
         return true;
-      case WM_PAINT:
-      case WM_KEYDOWN:
-        Refresh();
-        break;
       case WM_LBUTTONDOWN:
       case WM_LBUTTONDBLCLK: {
         if (!ReachByMouse()) return true;
-        Refresh();
         TVHITTESTINFO hit{};
         hit.pt = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
         const Tree::Node node = NodeAt(hit);
@@ -126,21 +112,12 @@ class TreeView final : public ControlView {
   }
 
  private:
-  void Refresh() {
-    if (!stale_ || !mirror_) return;
-    stale_ = false;
-    mirror_->Sync();
-  }
-
   Tree::Node NodeAt(TVHITTESTINFO& hit) const {
     const auto item = reinterpret_cast<HTREEITEM>(Send(Window(), TVM_HITTEST, 0, &hit));
     return item == nullptr ? Tree::NoNode : mirror_->NodeOf(item);
   }
 
-  void ToggleCheck(Tree::Node node) {
-    host_.Actions().CheckNode(tree_, node, !tree_.Checked(node));
-    Refresh();
-  }
+  void ToggleCheck(Tree::Node node) { host_.Actions().CheckNode(tree_, node, !tree_.Checked(node)); }
 
   /// The user wants to open or close a branch: the form does it, and the mirror shows it.
   LRESULT Expanding(const NMTREEVIEWW& change) {
@@ -149,7 +126,6 @@ class TreeView final : public ControlView {
     const bool open = change.action == TVE_EXPAND ||
                       (change.action == TVE_TOGGLE && (change.itemNew.state & TVIS_EXPANDED) == 0);
     host_.Actions().Expand(tree_, node, open);
-    Refresh();
     return TRUE;
   }
 
@@ -173,7 +149,6 @@ class TreeView final : public ControlView {
 
   Tree& tree_;
   std::optional<TreeMirror> mirror_;
-  bool stale_ = false;
   Tree::Node selectedBefore_ = Tree::NoNode;
 };
 
