@@ -23,16 +23,6 @@ void CheckFile(BOOL done) {
   if (done == FALSE) ThrowNoAccess(static_cast<LONG>(GetLastError()));
 }
 
-/// The path as the file functions take it, also when it is longer than they usually allow.
-std::wstring FilePath(const std::string& path) {
-  constexpr size_t longest = MAX_PATH - 12;
-  std::wstring wide = ToUtf16(path);
-  if (wide.size() < longest || wide.starts_with(L"\\\\?\\")) return wide;
-  std::ranges::replace(wide, L'/', L'\\');  // no longer understood behind the prefix
-  if (wide.starts_with(L"\\\\")) return L"\\\\?\\UNC" + wide.substr(1);
-  return wide.size() > 1 && wide[1] == L':' ? L"\\\\?\\" + wide : wide;
-}
-
 class RegistryKey {
  public:
   RegistryKey() = default;
@@ -58,6 +48,15 @@ class RegistryKey {
 };
 
 }  // namespace
+
+std::wstring FilePath(const std::string& path) {
+  constexpr size_t longest = MAX_PATH - 12;
+  std::wstring wide = ToUtf16(path);
+  if (wide.size() < longest || wide.starts_with(L"\\\\?\\")) return wide;
+  std::ranges::replace(wide, L'/', L'\\');  // no longer understood behind the prefix
+  if (wide.starts_with(L"\\\\")) return L"\\\\?\\UNC" + wide.substr(1);
+  return wide.size() > 1 && wide[1] == L':' ? L"\\\\?\\" + wide : wide;
+}
 
 bool WindowsDesktop::FileExists(const std::string& path) {
   const std::wstring name = ToUtf16(FileNamePart(path));

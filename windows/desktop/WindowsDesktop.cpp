@@ -202,7 +202,7 @@ bool ModuleResources::HasCursor(int32_t id) const {
 }
 
 void WindowsFileAppender::Append(const std::string& path, std::string_view text) {
-  const FileHandle file(CreateFileW(ToUtf16(path).c_str(), FILE_APPEND_DATA | SYNCHRONIZE,
+  const FileHandle file(CreateFileW(FilePath(path).c_str(), FILE_APPEND_DATA | SYNCHRONIZE,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
   const auto fail = [&] {

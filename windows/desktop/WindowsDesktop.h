@@ -60,6 +60,9 @@ class WindowsFileAppender final : public FileAppender {
   void Append(const std::string& path, std::string_view text) override;
 };
 
+/// A path as the file functions take it, also when it is longer than they usually allow.
+std::wstring FilePath(const std::string& path);
+
 /// The time now, ISO 8601 in UTC.
 std::string UtcNow();
 

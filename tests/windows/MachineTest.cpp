@@ -1,0 +1,151 @@
+// The machine's part of the desktop on a real file system and a real registry.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/windows/TestModule.h"
+#include "windows/com/Text.h"
+#include "windows/desktop/WindowsDesktop.h"
+
+namespace vexa::windows {
+namespace {
+
+constexpr const char* Key = "Software\\VexaMachineTest\\Deep";
+
+/// A folder for one test; gone with it.
+class Scratch {
+ public:
+  Scratch() {
+    std::wstring path(MAX_PATH, L'\0');
+    path.resize(GetTempPathW(MAX_PATH, path.data()));
+    path_ = path + L"vexa " + std::to_wstring(GetCurrentProcessId()) + L" \u00e9t\u00e9";
+    CreateDirectoryW(path_.c_str(), nullptr);
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  ~Scratch() { RemoveDirectoryW(path_.c_str()); }
+  std::string operator/(const char* name) const { return ToUtf8(path_) + "\\" + name; }
+
+ private:
+  std::wstring path_;
+};
+
+TEST(Machine, FilesExistUnderTheirNamesInAnyCaseAndNothingElseDoes) {
+  const Scratch scratch;
+  WindowsDesktop desktop;
+  WindowsFileAppender files;
+  const std::string log = scratch / "VexaErrors.mdb";
+  EXPECT_FALSE(desktop.FileExists(log));
+  files.Append(log, "one record");
+  for (const char* same : {"VexaErrors.mdb", "VEXAERRORS.MDB", "vexaerrors.mdb"}) {
+    EXPECT_TRUE(desktop.FileExists(scratch / same)) << same;
+  }
+  for (const char* none :
+       {"", "*", "VexaErrors.md?", "VexaErrors.mdb.", "VexaErrors.mdb\\", "other", "VexaErrors"}) {
+    EXPECT_FALSE(desktop.FileExists(scratch / none)) << none;
+  }
+  EXPECT_FALSE(desktop.FileExists(""));
+  EXPECT_FALSE(desktop.FileExists("C:\\windows")) << "a folder";
+  EXPECT_FALSE(desktop.FileExists("Q:\\no such drive\\x"));
+
+  desktop.CopyFileTo(log, scratch / "copy");
+  desktop.CopyFileTo(log, scratch / "copy");  // replaces
+  EXPECT_TRUE(desktop.FileExists(scratch / "copy"));
+  desktop.RemoveFile(scratch / "copy");
+  EXPECT_FALSE(desktop.FileExists(scratch / "copy"));
+  for (const auto& failing : {std::function<void()>([&] { desktop.RemoveFile(scratch / "copy"); }),
+                              std::function<void()>([&] { desktop.CopyFileTo(scratch / "none", log); })}) {
+    try {
+      failing();
+      ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Number, 75);
+      EXPECT_EQ(error.LastDLLError, ERROR_FILE_NOT_FOUND);
+    }
+  }
+  desktop.RemoveFile(log);
+}
+
+TEST(Machine, FilesMayHaveLongPaths) {
+  const Scratch scratch;
+  WindowsDesktop desktop;
+  WindowsFileAppender files;
+  const std::string folder = scratch / std::string(150, 'a').c_str();
+  const std::wstring deep = L"\\\\?\\" + ToUtf16(folder) + L"\\" + std::wstring(150, L'b');
+  ASSERT_TRUE(CreateDirectoryW((L"\\\\?\\" + ToUtf16(folder)).c_str(), nullptr));
+  ASSERT_TRUE(CreateDirectoryW(deep.c_str(), nullptr));
+  files.Append(scratch / "x", "x");
+  const std::string longPath = folder + "/" + std::string(150, 'b') + "/log.mdb";
+  files.Append(longPath, "log");
+  EXPECT_TRUE(desktop.FileExists(longPath));
+  desktop.CopyFileTo(scratch / "x", longPath);
+  EXPECT_TRUE(desktop.FileExists(longPath));
+  desktop.RemoveFile(longPath);
+  EXPECT_FALSE(desktop.FileExists(longPath));
+  desktop.RemoveFile(scratch / "x");
+  RemoveDirectoryW(deep.c_str());
+  RemoveDirectoryW((L"\\\\?\\" + ToUtf16(folder)).c_str());
+}
+
+TEST(Machine, RegistryKeepsTextsAndNumbers) {
+  WindowsDesktop desktop;
+  const auto read = [&](const char* name) {
+    return desktop.ReadRegistry(RegistryRoot::CurrentUser, Key, name);
+  };
+  const auto write = [&](const char* name, const Variant& value) {
+    desktop.WriteRegistry(RegistryRoot::CurrentUser, Key, name, value);
+  };
+  EXPECT_FALSE(read("Text")) << "no key yet";
+  EXPECT_TRUE(desktop.CanWriteRegistry(RegistryRoot::CurrentUser, Key));
+  EXPECT_FALSE(read("Text")) << "asking made nothing";
+  const std::string longText(5000, 'x');
+  for (const std::string& text : {std::string("drei \u20AC"), std::string(), longText}) {
+    write("Text", text);
+    ASSERT_TRUE(read("Text"));
+    EXPECT_EQ(read("Text")->ToText(), text);
+  }
+  for (const int32_t number : {0, -1, INT32_MIN, INT32_MAX}) {
+    write("Number", number);
+    ASSERT_TRUE(read("Number"));
+    EXPECT_EQ(read("Number")->ToText(), std::to_string(number));
+  }
+  EXPECT_FALSE(read("Other"));
+  EXPECT_THROW(write("Flag", true), Error);
+  EXPECT_THROW(write("Great", int64_t{1} << 40), Error);
+  const BYTE binary[]{1, 2, 3};
+  RegSetKeyValueW(HKEY_CURRENT_USER, ToUtf16(Key).c_str(), L"Binary", REG_BINARY, binary, sizeof(binary));
+  EXPECT_THROW(read("Binary"), Error);
+  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\VexaMachineTest");
+}
+
+TEST(Machine, KnowsWhoWorksWhereAndWhatVersionsFilesHave) {
+  WindowsDesktop desktop;
+  std::wstring name(257, L'\0');
+  DWORD length = 257;
+  ASSERT_TRUE(GetUserNameW(name.data(), &length));
+  EXPECT_EQ(desktop.UserName(), ToUtf8(name.substr(0, length - 1)));
+  EXPECT_FALSE(desktop.ComputerName().empty());
+  EXPECT_EQ(desktop.ComputerName().find('\0'), std::string::npos) << "cut at the terminating zero";
+  const auto version = desktop.FileVersion(ToUtf8(TestedModulePath()));
+  ASSERT_TRUE(version);
+  EXPECT_EQ(*version, std::to_string(VEXA_VERSION_MAJOR) + "." + std::to_string(VEXA_VERSION_MINOR) + "." +
+                          std::to_string(VEXA_VERSION_PATCH) + ".0");
+  EXPECT_FALSE(desktop.FileVersion("C:\\none.dll"));
+}
+
+TEST(Machine, PendingMessagesAreWorkedOffAndTheEndOfTheLoopIsKept) {
+  WindowsDesktop desktop;
+  MSG message{};
+  PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // the thread gets its queue
+  PostThreadMessageW(GetCurrentThreadId(), WM_APP, 0, 0);
+  desktop.ProcessPendingMessages();
+  EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
+  PostQuitMessage(7);
+  desktop.ProcessPendingMessages();
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+  EXPECT_EQ(message.wParam, 7U);
+}
+
+}  // namespace
+}  // namespace vexa::windows
