@@ -30,15 +30,17 @@ class TextArena {
   static constexpr size_t SmallestBlock = 1024;
   static constexpr size_t LargestBlock = size_t{64} * 1024;
 
+  using Block = char[];  // NOLINT(modernize-avoid-c-arrays): blocks differ in length
+
   void AddBlock(size_t atLeast) {
     const size_t size = std::max(atLeast, std::clamp(capacity_, SmallestBlock, LargestBlock));
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
+    blocks_.push_back(std::make_unique_for_overwrite<Block>(size));
     next_ = blocks_.back().get();
     left_ = size;
     capacity_ += size;
   }
 
-  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::vector<std::unique_ptr<Block>> blocks_;
   char* next_ = nullptr;
   size_t left_ = 0;
   size_t used_ = 0;

@@ -66,7 +66,7 @@ Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, s
 Tree::Node Tree::FreshNumber() {
   if (free_ == NoNode) {
     if (numbers_ == NoNode) throw MakeError(ErrorNumber::Overflow);
-    if (numbers_ % BlockSize == 0) blocks_.push_back(std::make_unique<NodeData[]>(BlockSize));
+    if (numbers_ % BlockSize == 0) blocks_.push_back(std::make_unique<std::array<NodeData, BlockSize>>());
     free_ = numbers_++;
   }
   return free_;

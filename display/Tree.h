@@ -4,6 +4,7 @@
 // and a node may have none. A view is told once that something has changed and then takes the Changes.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -148,8 +149,8 @@ class Tree final : public Control {
 
   static constexpr size_t BlockSize = 256;
 
-  NodeData& At(Node node) { return blocks_[node / BlockSize][node % BlockSize]; }
-  const NodeData& At(Node node) const { return blocks_[node / BlockSize][node % BlockSize]; }
+  NodeData& At(Node node) { return (*blocks_[node / BlockSize])[node % BlockSize]; }
+  const NodeData& At(Node node) const { return (*blocks_[node / BlockSize])[node % BlockSize]; }
   Branch& ChildrenOf(Node node) { return node == NoNode ? roots_ : At(node).children; }
   const Branch& ChildrenOf(Node node) const { return node == NoNode ? roots_ : At(node).children; }
 
@@ -164,7 +165,7 @@ class Tree final : public Control {
   void NoteState(Node node);
   void Touch();
 
-  std::vector<std::unique_ptr<NodeData[]>> blocks_;
+  std::vector<std::unique_ptr<std::array<NodeData, BlockSize>>> blocks_;
   Node numbers_ = 0;  // given out so far
   Node free_ = NoNode;
   size_t count_ = 0;
