@@ -453,7 +453,8 @@ Outcome WindowForm::Press(int keyCode, bool shift) {
   if (keyCode == VK_TAB) return stayed && kind == ControlKind::TextBox ? Outcome::FocusKept : Outcome::Done;
   const bool isArrow = keyCode >= VK_LEFT && keyCode <= VK_DOWN;
   const bool takesArrows = kind == ControlKind::Slider || kind == ControlKind::Grid ||
-                           kind == ControlKind::OptionButton || kind == ControlKind::ExtLabel;
+                           kind == ControlKind::OptionButton || kind == ControlKind::ExtLabel ||
+                           kind == ControlKind::Tree;
   return isArrow && !takesArrows && stayed ? Outcome::NotTaken : Outcome::Done;
 }
 
