@@ -102,6 +102,8 @@ struct ShownTree {
 
   void Show(const Tree& tree, Tree::Node node, Tree::Node parent) {
     ASSERT_EQ(tree.Parent(node), parent);
+    ASSERT_TRUE(items.contains(parent)) << "below a node that is not shown";
+    ASSERT_FALSE(items.contains(node)) << "shown twice";
     items[node] = {std::string(tree.Text(node)) + " " + tree.Image(node),
                    tree.Checked(node),
                    tree.Expanded(node),
@@ -155,6 +157,7 @@ void RunAgainstPlainTree(unsigned seed) {
   tree.KeepChanges(true);
   const int keys = 1 + static_cast<int>(random() % 300);
   const auto removals = 1 + random() % 12;
+  const auto patience = 1 + random() % 40;  // of the view
   bool untaken = false;
 
   for (int step = 0; step < 300; ++step) {
@@ -237,7 +240,7 @@ void RunAgainstPlainTree(unsigned seed) {
 
     ASSERT_LE(formView.changes, untaken ? 0 : 1) << "a view is told once until it has taken the changes";
     untaken = untaken || formView.changes != 0;
-    if (random() % 8 == 0) {
+    if (random() % patience == 0) {
       shown.Sync(tree);
       untaken = false;
       ASSERT_EQ(shown.Print(), Print(tree)) << "step " << step;
