@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <ranges>
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -24,8 +24,8 @@ bool EndsDialog(const Form& form, const Control& control) {
 }
 
 wchar_t Capital(wchar_t letter) {
-  wchar_t text[] = {letter, 0};
-  CharUpperW(text);
+  std::array<wchar_t, 2> text{letter, 0};
+  CharUpperW(text.data());
   return text[0];
 }
 
@@ -168,15 +168,13 @@ std::wstring AccessKeys::Letters() const {
 const Control* NamingControl(const Form& form, const Layout& layout, const Control& field) {
   if (!IsField(field.Kind())) return nullptr;
   const std::vector<Control*>& controls = form.Controls();
-  const auto at = std::ranges::find(controls, &field);
-  const auto before = std::ranges::subrange(controls.begin(), at) | std::views::reverse;
   bool adjacent = true;
-  for (const Control* control : before) {
+  for (auto at = std::ranges::find(controls, &field); at != controls.begin(); adjacent = false) {
+    const Control* const control = *--at;
     const ControlKind kind = control->Kind();
     if (kind == ControlKind::Section || (adjacent && kind == ControlKind::Frame)) return control;
     if (adjacent && kind == ControlKind::CheckBox) return control;
     if (adjacent && kind == ControlKind::Label && !IsProse(layout, *control)) return control;
-    adjacent = false;
   }
   return nullptr;
 }

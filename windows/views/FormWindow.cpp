@@ -72,7 +72,7 @@ class FormWindow::Nesting {
 };
 
 std::shared_ptr<FormWindow> FormWindow::Make(Form& form, const Setting& setting) {
-  const std::shared_ptr<FormWindow> made(new FormWindow(form, setting));
+  std::shared_ptr<FormWindow> made(new FormWindow(form, setting));
   made->CreateOwnWindow();
   const ActivationContext::Scope themed(made->manifest_);
   made->CreateViews();

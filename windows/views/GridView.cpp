@@ -28,8 +28,8 @@ class GridView final : public ControlView {
       LVCOLUMNW description{};
       description.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
       description.iSubItem = column;
-      wchar_t empty[] = L"";
-      description.pszText = empty;
+      std::wstring empty;
+      description.pszText = empty.data();
       if (Send(Window(), LVM_INSERTCOLUMNW, column, &description) < 0) {
         ThrowSystemError(GetLastError(), "LVM_INSERTCOLUMN");
       }

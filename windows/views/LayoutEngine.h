@@ -51,7 +51,7 @@ class LayoutEngine {
   bool IsShown(const Box& box) const;
   int MinWidth(const Box& box) const;
   int HeightFor(const Box& box, int width) const;
-  void Place(const Box& box, const RECT& area, std::vector<Placement>& placements) const;
+  void Place(const Box& box, const RECT& given, std::vector<Placement>& placements) const;
 
   int GapBefore(const Box& box, bool first, bool across) const;
   /// The least widths of a row's or table's cells, and what is handed to them in `width`.
