@@ -31,7 +31,7 @@ class TreeMirror {
 
   /// The text, image and button that the window asks for.
   void FillIn(TVITEMW& item);
-  Tree::Node NodeOf(HTREEITEM item) const;
+  Tree::Node NodeOf(HTREEITEM handle) const;
   /// Whether the present notifications come from Sync, not from the user.
   bool IsWorking() const { return working_; }
 
