@@ -1,7 +1,6 @@
 #include "dialogs/frmAdvanced.h"
 
 #include <array>
-#include <optional>
 #include <span>
 #include <utility>
 
@@ -63,24 +62,6 @@ class Flag {
  private:
   bool& flag_;
   bool former_;
-};
-
-/// The form is disabled under the wait pointer for the time of a scope.
-class BusyForm {
- public:
-  explicit BusyForm(Form& form) : form_(form) {
-    form_.SetEnabled(false);
-    form_.SetMousePointer(Form::Pointer::Wait);
-  }
-  BusyForm(const BusyForm&) = delete;
-  BusyForm& operator=(const BusyForm&) = delete;
-  ~BusyForm() {
-    form_.SetMousePointer(Form::Pointer::Default);
-    form_.SetEnabled(true);
-  }
-
- private:
-  Form& form_;
 };
 
 /// What is stored of a box that counts only while it can be used.
@@ -322,77 +303,6 @@ void frmAdvanced::AdjustBackground() {
   frmBackgroundAdjust adjust(services_);
   adjust.Initialize(addin_, settings_);
   services_.windows.ShowModal(adjust, this);
-}
-
-void frmAdvanced::ChooseLogFolder() {
-  std::optional<std::string> folder;
-  try {
-    folder = services_.desktop.BrowseForFolder(services_.resources.LoadString(StringId::SelectLogLocation),
-                                               JoinPath(FolderPart(txtLogPath.Text()), ""));
-  } catch (...) {
-    Error error = CurrentError();
-    if (error.Number == 0) error.Number = static_cast<int32_t>(ErrorNumber::InternalError);
-    error.Description = "Could not create browse dialog in cmdLocation_Click";
-    throw error;
-  }
-  if (!folder) return;
-  txtLogPath.SetText(JoinPath(*folder, ErrorLogName));
-  EnableOk();
-  cmdEmail.SetEnabled(services_.desktop.FileExists(txtLogPath.Text()));
-}
-
-void frmAdvanced::EmailLog() {
-  StageTrail stages(Name());
-  stages.Run([&] {
-    const std::string path = txtLogPath.Text();
-    if (!services_.desktop.FileExists(path)) {
-      services_.desktop.Show(services_.resources.LoadString(StringId::LogDoesNotExist) + path,
-                             MessageIcon::Information, MessageButtons::Ok,
-                             services_.resources.LoadString(StringId::ShortProductName));
-      return;
-    }
-    stages.Reach("Showing MsgBox");
-    const MessageAnswer answer = services_.desktop.Show(
-        services_.resources.LoadString(StringId::SendLogPrivacy), MessageIcon::None, MessageButtons::OkCancel,
-        services_.resources.LoadString(StringId::SendLogTitle));
-    stages.Reach("Done MsgBox");
-    if (answer != MessageAnswer::Ok || !SendLog(path, stages)) return;
-    services_.desktop.Show(services_.resources.LoadString(StringId::LogSent, {services_.supportAddress}),
-                           MessageIcon::Information, MessageButtons::Ok,
-                           services_.resources.LoadString(StringId::ShortProductName));
-    stages.Reach("Done cmdEmail");
-  });
-}
-
-bool frmAdvanced::SendLog(const std::string& path, StageTrail& stages) {
-  CachedError failure;
-  bool sent = false;
-  {
-    const BusyForm busy(*this);
-    TemporaryFile copy(services_.desktop, path + ".VexaRenamed");
-    try {
-      stages.Run([&] { SendErrorLog(Require(addin_), services_, path, copy, stages); });
-      sent = true;
-    } catch (const Error& error) {
-      failure.SetTo(error, Name(), "cmdEmail_Click");
-    }
-    if (sent) {
-      copy.Remove();
-      stages.Reach("Killed Tempfile");
-      // While the dialog is still disabled: what was clicked in the meantime is dropped.
-      services_.desktop.ProcessPendingMessages();
-    }
-  }
-  stages.Reach("Me Mousepointered");
-  stages.Reach("Me Enabled");
-  if (sent) return true;
-  IgnoreErrors([&] {
-    services_.desktop.Show(
-        services_.resources.LoadString(StringId::LogNotSent) + "\r\n" + failure.Description(),
-        MessageIcon::Critical, MessageButtons::Ok, services_.resources.LoadString(StringId::ProductName));
-  });
-  failure.Log(services_.errorLog);
-  return false;
 }
 
 // --- OK and Cancel

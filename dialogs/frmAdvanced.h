@@ -90,6 +90,7 @@ class frmAdvanced final : public Dialog {
 
   void RestoreDefaults();
   void RestoreOptions(RegSettings& settings);
+  // The error log's buttons; see ErrorLogTools.cpp.
   void ChooseLogFolder();
   void EmailLog();
   bool SendLog(const std::string& path, StageTrail& stages);
