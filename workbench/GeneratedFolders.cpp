@@ -56,7 +56,7 @@ std::optional<uint32_t> GeneratedFolders::NumberOf(std::string_view entryID) con
 
 ItemType GeneratedFolders::ItemTypeOf(uint32_t number) const {
   if (number == 0 || itemTypes.empty()) return ItemType::Mail;
-  return static_cast<ItemType>(itemTypes[Mix(number, seed) % itemTypes.size()]);
+  return static_cast<ItemType>(itemTypes[static_cast<size_t>(Mix(number, seed) % itemTypes.size())]);
 }
 
 std::string GeneratedFolders::NameOf(uint32_t number) const {
