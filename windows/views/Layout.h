@@ -25,6 +25,7 @@ struct Box {
   int gap = -1;              // to the box before; -1 is the distance of related controls
   int width = 0;             // at least
   bool centred = false;      // a label whose text stands in its middle
+  int wrapAt = 100;          // a paragraph asks for no more width than this
   int overColumns = 0;       // a slider whose positions stand over the middles of so many equal columns
   int lines = 0;             // exactly so many lines of text high; 0: what the content needs
   int32_t picture = 0;       // icon of a control whose form gives it none
@@ -37,6 +38,7 @@ struct Box {
   Box&& Gap(int units) && { return gap = units, std::move(*this); }
   Box&& Width(int units) && { return width = units, std::move(*this); }
   Box&& Centred() && { return centred = true, std::move(*this); }
+  Box&& WrapAt(int units) && { return wrapAt = units, std::move(*this); }
   Box&& OverColumns(int count) && { return overColumns = count, std::move(*this); }
   Box&& Lines(int count) && { return lines = count, std::move(*this); }
   Box&& DefaultPicture(int32_t id) && { return picture = id, std::move(*this); }

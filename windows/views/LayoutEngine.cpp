@@ -6,8 +6,6 @@
 namespace vexa::windows {
 namespace {
 
-/// A wrapped paragraph never asks for more than this, in dialog units.
-constexpr int ProseWidth = 100;
 /// From a slider's edge to the middle of its thumb at the first position, at 96 dpi.
 constexpr int SliderInset = 13;
 
@@ -89,7 +87,7 @@ int LayoutEngine::MinWidth(const Box& box) const {
       break;
     case Box::Kind::Control:
       width = find_(box.control)->MinWidth();
-      if (box.prose) width = std::min(width, typeface_.UnitsX(ProseWidth));
+      if (box.prose) width = std::min(width, typeface_.UnitsX(box.wrapAt));
       break;
     case Box::Kind::Framed: {
       const RECT padding = FramePadding(box);

@@ -99,6 +99,11 @@ class LayoutTest : public WindowStage, public ModalWindows {
         SetWindowPos(window->Handle(), nullptr, 0, 0, wished.cx, wished.cy, SWP_NOZORDER);
       }
       CheckWindow(window->Handle(), dpi);
+      if (dpi != 144) continue;
+      GetWindowRect(window->Handle(), &area);
+      // The smallest screens that are set to this are 1366 by 768, with a task bar of 40.
+      EXPECT_LE(area.right - area.left, 1366);
+      EXPECT_LE(area.bottom - area.top, 728);
     }
   }
 
