@@ -1,8 +1,11 @@
 // The machine's part of the desktop on a real file system and a real registry.
 #include <gtest/gtest.h>
+#include <ole2.h>
 
+#include <algorithm>
 #include <functional>
 
+#include "tests/windows/Modals.h"
 #include "tests/windows/TestModule.h"
 #include "windows/com/Text.h"
 #include "windows/desktop/WindowsDesktop.h"
@@ -85,6 +88,41 @@ TEST(Machine, FilesMayHaveLongPaths) {
   desktop.RemoveFile(scratch / "x");
   RemoveDirectoryW(deep.c_str());
   RemoveDirectoryW((L"\\\\?\\" + ToUtf16(folder)).c_str());
+}
+
+/// No window can be made while it lives.
+class NoWindows {
+ public:
+  NoWindows() : hook_(SetWindowsHookExW(WH_CBT, Refuse, nullptr, GetCurrentThreadId())) {}
+  NoWindows(const NoWindows&) = delete;
+  NoWindows& operator=(const NoWindows&) = delete;
+  ~NoWindows() { UnhookWindowsHookEx(hook_); }
+
+ private:
+  static LRESULT CALLBACK Refuse(int code, WPARAM, LPARAM) { return code == HCBT_CREATEWND ? 1 : 0; }
+  HHOOK hook_;
+};
+
+TEST(Machine, TheFolderBrowserChoosesOrIsCancelledOrCannotBeCreated) {
+  ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
+  const Scratch scratch;
+  WindowsDesktop desktop;
+  Modals modals;
+  const std::string folder = scratch / "";
+  std::string start = folder;
+  std::ranges::replace(start, '\\', '/');
+  const auto press = [](int button) {
+    return [button](HWND dialog) { SendMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0); };
+  };
+  for (const std::string& from : {folder, start}) {
+    modals.Then(press(IDOK));
+    EXPECT_EQ(desktop.BrowseForFolder("Where?", from).value_or("cancelled") + "\\", folder);
+  }
+  modals.Then(press(IDCANCEL));
+  EXPECT_FALSE(desktop.BrowseForFolder("Where?", folder));
+  const NoWindows none;
+  EXPECT_THROW(desktop.BrowseForFolder("Where?", folder), Error);
+  OleUninitialize();
 }
 
 TEST(Machine, RegistryKeepsTextsAndNumbers) {

@@ -111,7 +111,7 @@ class Modals {
     PostMessageW(control, WM_LBUTTONUP, 0, middle);
   }
 
-  /// The modal window in front: a message box or a dialog of the module; null when there is none.
+  /// The modal window in front: a dialog of the system or of the module; null when there is none.
   static HWND Front() {
     std::vector<HWND> windows;
     EnumThreadWindows(
@@ -123,7 +123,7 @@ class Modals {
         reinterpret_cast<LPARAM>(&windows));
     for (const HWND window : windows) {
       if (IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE) continue;
-      if (IsMessageBox(window) || GetPropW(window, L"VexaFormName") != nullptr) return window;
+      if (ClassOf(window) == L"#32770" || GetPropW(window, L"VexaFormName") != nullptr) return window;
     }
     return nullptr;
   }

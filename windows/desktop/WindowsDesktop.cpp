@@ -3,7 +3,10 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
+
 #include "core/Error.h"
+#include "windows/com/Com.h"
 #include "windows/com/Text.h"
 #include "windows/desktop/FocusKeeper.h"
 
@@ -61,21 +64,31 @@ MessageAnswer Refusal(MessageButtons buttons) {
   throw error;
 }
 
-/// What SHBrowseForFolder hands back, freed as it wants it.
-class ItemList {
+/// What the shell hands over to be freed.
+template <typename Memory>
+class ShellMemory {
  public:
-  explicit ItemList(PIDLIST_ABSOLUTE list) : list_(list) {}
-  ItemList(const ItemList&) = delete;
-  ItemList& operator=(const ItemList&) = delete;
-  ~ItemList() { CoTaskMemFree(list_); }
-  PIDLIST_ABSOLUTE Get() const { return list_; }
+  explicit ShellMemory(Memory* memory) : memory_(memory) {}
+  ShellMemory(const ShellMemory&) = delete;
+  ShellMemory& operator=(const ShellMemory&) = delete;
+  ~ShellMemory() { CoTaskMemFree(memory_); }
+  Memory* Get() const { return memory_; }
 
  private:
-  PIDLIST_ABSOLUTE list_;
+  Memory* memory_;
 };
 
-int CALLBACK SelectStartFolder(HWND window, UINT message, LPARAM, LPARAM data) {
-  if (message == BFFM_INITIALIZED) SendMessageW(window, BFFM_SETSELECTIONW, TRUE, data);
+/// One opening of the folder browser.
+struct Browsing {
+  std::wstring startFolder;
+  bool shown = false;
+};
+
+int CALLBACK OnBrowsing(HWND window, UINT message, LPARAM, LPARAM data) {
+  if (message != BFFM_INITIALIZED) return 0;
+  auto& browsing = *reinterpret_cast<Browsing*>(data);
+  browsing.shown = true;
+  SendMessageW(window, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(browsing.startFolder.c_str()));
   return 0;
 }
 
@@ -127,20 +140,25 @@ int32_t WindowsDesktop::ShellExecuteOpen(const std::string& path) {
 std::optional<std::string> WindowsDesktop::BrowseForFolder(const std::string& prompt,
                                                            const std::string& startFolder) {
   const std::wstring title = ToUtf16(prompt);
-  const std::wstring start = ToUtf16(startFolder);
+  Browsing browsing{ToUtf16(startFolder)};
+  std::ranges::replace(browsing.startFolder, L'/', L'\\');  // the shell knows no other separator
   BROWSEINFOW info{};
   info.hwndOwner = GetActiveWindow();
   info.lpszTitle = title.c_str();
   info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
-  info.lpfn = SelectStartFolder;
-  info.lParam = reinterpret_cast<LPARAM>(start.c_str());
+  info.lpfn = OnBrowsing;
+  info.lParam = reinterpret_cast<LPARAM>(&browsing);
   const FocusKeeper focus;
-  const ItemList chosen(SHBrowseForFolderW(&info));
-  if (chosen.Get() == nullptr) return std::nullopt;
-  std::wstring path(MAX_PATH, L'\0');
-  if (SHGetPathFromIDListW(chosen.Get(), path.data()) == FALSE) ThrowRefused();
-  path.resize(wcslen(path.c_str()));
-  return ToUtf8(path);
+  const ShellMemory chosen(SHBrowseForFolderW(&info));
+  if (chosen.Get() == nullptr) {
+    // The same comes back from a dialog that was cancelled and from one that never came up.
+    if (!browsing.shown) ThrowRefused();
+    return std::nullopt;
+  }
+  wchar_t* path = nullptr;
+  Check(SHGetNameFromIDList(chosen.Get(), SIGDN_FILESYSPATH, &path));
+  const ShellMemory owned(path);
+  return ToUtf8(owned.Get());
 }
 
 std::string WindowsDesktop::LowerCase(const std::string& text) {
