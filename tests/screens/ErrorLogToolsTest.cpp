@@ -34,14 +34,7 @@ class Scratch {
 };
 
 void InAdvanced(Scene& scene, const std::function<void(frmAdvanced&, UserActions&)>& body) {
-  if (scene.stage.Page() == nullptr) scene.Open();
-  scene.InNextDialog([&](Dialog& dialog) {
-    dialog.SetView(&scene.stage.View());
-    UserActions user(dialog);
-    body(dynamic_cast<frmAdvanced&>(dialog), user);
-  });
-  scene.Click(scene.Page(), scene.Page().cmdAdvanced);
-  EXPECT_TRUE(scene.dialogs.empty()) << scene.seen;
+  scene.In<frmAdvanced>(&OutlookPropertiesPage::cmdAdvanced, body);
 }
 
 TEST(LogLocation, PutsTheFileNameBehindOneBackslash) {

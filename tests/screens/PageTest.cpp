@@ -3,6 +3,12 @@
 #include <algorithm>
 
 #include "dialogs/frmAbout.h"
+#include "dialogs/frmAdvanced.h"
+#include "dialogs/frmBackgroundAdjust.h"
+#include "dialogs/frmCacheAdjust.h"
+#include "dialogs/frmFolders.h"
+#include "dialogs/frmSharedFolders.h"
+#include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
 
 namespace vexa::workbench {
@@ -83,21 +89,50 @@ TEST(Page, AddsAtTheEndAndChangesInPlace) {
       << "the routing of the set that went is the next one's now";
 }
 
-TEST(Page, ShowsEveryTextInEachLanguage) {
+TEST(Screens, ShowEveryTextInEachLanguage) {
   for (const int32_t language : {1033, 1036, 3084}) {
     Scene scene(language);
-    const Resources& resources = scene.stage.resources;
-    frmEditFolderset editor(scene.stage.services);
-    frmAbout about(scene.stage.services);
-    for (const Form* form : {static_cast<const Form*>(&scene.Open()), static_cast<const Form*>(&editor),
-                             static_cast<const Form*>(&about)}) {
-      for (const Control* control : form->Controls()) {
-        if (control->CaptionId() == StringId::None) continue;
-        EXPECT_EQ(control->Caption(), resources.LoadString(control->CaptionId())) << control->Name();
+    const Services& services = scene.stage.services;
+    const frmEditFolderset editor(services);
+    const frmSharedFolders shared(services);
+    const frmTrackingOptions tracking(services);
+    const frmFolders picker(services);
+    const frmAdvanced advanced(services);
+    const frmCacheAdjust cache(services);
+    const frmBackgroundAdjust background(services);
+    const frmAbout about(services);
+    const struct {
+      const Form& form;
+      StringId title;
+      const char* without;  // controls without a text of their own
+    } rows[] = {
+        {scene.Open(), StringId::None, " gd lblFooter cmdIDEApply"},
+        {editor, StringId::FolderSetTitle, " txtContact txtJourn txtEmail"},
+        {shared, StringId::None, " txtSCal txtSJourn txtSTask"},
+        {tracking, StringId::TrackingOptions, " txtCategories"},
+        {picker, StringId::FolderPickerTitle, " lblInstructions tvFolders lblHotTip tvItems"},
+        {advanced, StringId::AdvancedTitle, " txtQuickscanHours sldLogLevel sldMaxSize lblSize txtLogPath"},
+        {cache, StringId::CacheTitle, " txtNumRecords"},
+        {background, StringId::BackgroundTitle, " txtInterval txtTime txtDelay"},
+        {about, StringId::AboutTitle, " lblVersion lblInfo lblEnterprise"}};
+    for (const auto& row : rows) {
+      SCOPED_TRACE(row.form.Name());
+      if (row.title != StringId::None) {
+        EXPECT_EQ(row.form.Caption(), scene.stage.resources.LoadString(row.title));
       }
+      std::string without;
+      for (const Control* control : row.form.Controls()) {
+        if (control->CaptionId() == StringId::None) {
+          without += " " + control->Name();
+        } else {
+          EXPECT_EQ(control->Caption(), scene.stage.resources.LoadString(control->CaptionId()))
+              << control->Name();
+        }
+      }
+      EXPECT_EQ(without, row.without);
     }
-    EXPECT_EQ(editor.Caption(), resources.LoadString(StringId::FolderSetTitle));
-    EXPECT_EQ(scene.Page().gd.Headers().back(), resources.LoadString(StringId::AssociatedEmailColumn));
+    EXPECT_EQ(scene.Page().gd.Headers().back(),
+              scene.stage.resources.LoadString(StringId::AssociatedEmailColumn));
   }
 }
 

@@ -2,6 +2,8 @@
 // dialogs that run as the test tells them to.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <functional>
 #include <string>
@@ -32,6 +34,20 @@ class Scene final : public ModalWindows, public UserAnswers {
   Outcome Click(Form& form, Control& control) { return UserActions(form).Click(control); }
   /// What the user does in the next dialog; when it ends with the dialog open, Esc is pressed.
   void InNextDialog(std::function<void(Dialog&)> body) { dialogs.push_back(std::move(body)); }
+  /// Does something in the dialog that a button of the page opens; opens the page when there is none.
+  template <typename Shown>
+  void In(Button OutlookPropertiesPage::*opener, const std::function<void(Shown&, UserActions&)>& body) {
+    if (stage.Page() == nullptr) Open();
+    bool shown = false;
+    InNextDialog([&](Dialog& dialog) {
+      shown = true;
+      dialog.SetView(&stage.View());
+      UserActions user(dialog);
+      body(dynamic_cast<Shown&>(dialog), user);
+    });
+    Click(Page(), Page().*opener);
+    EXPECT_TRUE(shown) << seen;
+  }
   /// Picks folders by path in the pickers to come; "" cancels.
   void Pick(std::vector<std::string> paths) { picks.insert(picks.end(), paths.begin(), paths.end()); }
   /// Adds a folder set on these folders through the page.

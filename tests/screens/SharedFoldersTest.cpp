@@ -261,19 +261,5 @@ TEST(SharedFolders, TheEditorsButtonNeedsAContactFolderThatIsThere) {
   scene.Click(scene.Page(), scene.Page().cmdAdd);
 }
 
-TEST(SharedFolders, ShowsEveryTextInEachLanguage) {
-  for (const int32_t language : {1033, 1036, 3084}) {
-    Scene scene(language);
-    frmSharedFolders dialog(scene.stage.services);
-    for (const Control* control : dialog.Controls()) {
-      if (control->Kind() == ControlKind::TextBox) continue;
-      ASSERT_NE(control->CaptionId(), StringId::None) << control->Name();
-      EXPECT_EQ(control->Caption(), scene.stage.resources.LoadString(control->CaptionId()))
-          << control->Name();
-    }
-    EXPECT_EQ(dialog.opsShared.Picture(), (Picture{Picture::Kind::Icon, 2138}));
-  }
-}
-
 }  // namespace
 }  // namespace vexa::workbench

@@ -22,25 +22,8 @@ std::string Boxes(const frmTrackingOptions& dialog) {
   return text;
 }
 
-std::string Disabled(const Form& form) {
-  std::string text;
-  for (const Control* control : form.Controls()) {
-    if (!control->Enabled()) text += (text.empty() ? "" : " ") + control->Name();
-  }
-  return text;
-}
-
-/// Opens the tracking options from the page and runs `body` on them.
 void InTracking(Scene& scene, const std::function<void(frmTrackingOptions&, UserActions&)>& body) {
-  if (scene.stage.Page() == nullptr) scene.Open();
-  bool shown = false;
-  scene.InNextDialog([&](Dialog& dialog) {
-    shown = true;
-    UserActions user(dialog);
-    body(dynamic_cast<frmTrackingOptions&>(dialog), user);
-  });
-  scene.Click(scene.Page(), scene.Page().cmdTracking);
-  EXPECT_TRUE(shown);
+  scene.In<frmTrackingOptions>(&OutlookPropertiesPage::cmdTracking, body);
 }
 
 struct Setting {
@@ -65,9 +48,9 @@ TEST(Tracking, EachBoxStandsForItsSettingBothWays) {
       const SettingsData stored = scene.stage.workbench.profile.settings;
       InTracking(scene, [&, name = box](frmTrackingOptions& dialog, UserActions& user) {
         EXPECT_EQ(Boxes(dialog), before ? "optDefault " + std::string(name) : "optDefault");
-        EXPECT_EQ(Disabled(dialog), "cmdFolders cmdOk");
+        EXPECT_EQ(Scene::Disabled(dialog), "cmdFolders cmdOk");
         user.Click(*dialog.FindControl(name));
-        EXPECT_EQ(Disabled(dialog), "cmdFolders");
+        EXPECT_EQ(Scene::Disabled(dialog), "cmdFolders");
         user.Click(dialog.cmdOk);
       });
       SettingsData expected = stored;
@@ -221,7 +204,7 @@ TEST(Tracking, ARunningScanTicksAndDisablesTheSearch) {
   scene.Open().SearchNowPending = true;
   InTracking(scene, [&](frmTrackingOptions& dialog, UserActions& user) {
     EXPECT_EQ(Boxes(dialog), "optDefault chkSearchNow");
-    EXPECT_EQ(Disabled(dialog), "cmdFolders chkSearchNow cmdOk");
+    EXPECT_EQ(Scene::Disabled(dialog), "cmdFolders chkSearchNow cmdOk");
     EXPECT_EQ(user.Click(dialog.chkSearchNow), Outcome::Disabled);
     user.Choose(dialog.optPersonal);
     user.Click(dialog.cmdOk);
@@ -240,7 +223,7 @@ TEST(Tracking, ReadOnlySettingsCanBeLookedAtAndSearchedWith) {
     for (const Setting& setting : Settings) profile.settings.*setting.value = true;
     InTracking(scene, [&](frmTrackingOptions& dialog, UserActions& user) {
       EXPECT_EQ(dialog.cmdFolders.Caption(), "View...");
-      EXPECT_EQ(Disabled(dialog),
+      EXPECT_EQ(Scene::Disabled(dialog),
                 "optDefault optPersonal optCustom " + std::string(method == 3 ? "" : "cmdFolders ") +
                     "optWindowMode chkScanInbox chkIgnoreInternal chkEnableBlanketDomain chkStripAttachments "
                     "chkAudit chkUpdateLogged chkUpdateShared txtCategories chkIgnorePrivate cmdOk");
