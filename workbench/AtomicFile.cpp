@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "workbench/FileDescriptor.h"
+#include "workbench/Utf8Path.h"
 
 namespace vexa::workbench {
 namespace {
@@ -15,10 +16,10 @@ constexpr std::string_view AsideMark = ".saving-";  // followed by the writer's 
 
 /// Removes what writers of this file left that no longer run.
 void RemoveLeftovers(const fs::path& target) {
-  const std::string prefix = target.filename().string() + std::string(AsideMark);
+  const std::string prefix = Utf8Text(target.filename()) + std::string(AsideMark);
   std::error_code ignored;
   for (const fs::directory_entry& entry : fs::directory_iterator(target.parent_path(), ignored)) {
-    const std::string name = entry.path().filename().string();
+    const std::string name = Utf8Text(entry.path().filename());
     if (!name.starts_with(prefix)) continue;
     int writer = 0;
     std::from_chars(name.data() + prefix.size(), name.data() + name.size(), writer);
@@ -46,9 +47,9 @@ class Buffered {
 }  // namespace
 
 void WriteFileAtomically(const std::string& path, const std::function<void(const TextSink&)>& write) {
-  const fs::path target = fs::weakly_canonical(fs::absolute(path));
+  const fs::path target = fs::weakly_canonical(fs::absolute(Utf8Path(path)));
   RemoveLeftovers(target);
-  const std::string aside = target.string() + std::string(AsideMark) + std::to_string(ProcessId());
+  const std::string aside = Utf8Text(target) + std::string(AsideMark) + std::to_string(ProcessId());
   try {
     FileDescriptor file(aside, FileDescriptor::Use::Replace);
     Buffered buffered(file);
@@ -56,7 +57,7 @@ void WriteFileAtomically(const std::string& path, const std::function<void(const
     buffered.Flush();
     file.Sync();
     file.Close();
-    MoveInPlace(aside, target.string());
+    MoveInPlace(aside, Utf8Text(target));
   } catch (...) {
     RemoveFile(aside);
     throw;

@@ -9,13 +9,14 @@
 #include <utility>
 
 #include "workbench/FileDescriptor.h"
+#include "workbench/Utf8Path.h"
 
 namespace vexa::workbench {
 namespace {
 
 constexpr size_t LargestTransfer = 1 << 24;  // the runtime counts bytes in an int
 
-std::wstring WidePath(const std::string& path) { return std::filesystem::path(path).wstring(); }
+std::wstring WidePath(const std::string& path) { return Utf8Path(path).wstring(); }
 
 int FlagsFor(FileDescriptor::Use use) {
   switch (use) {
@@ -89,7 +90,7 @@ void MoveInPlace(const std::string& from, const std::string& to) {
 
 void RemoveFile(const std::string& path) noexcept {
   std::error_code ignored;
-  std::filesystem::remove(path, ignored);
+  std::filesystem::remove(Utf8Path(path), ignored);
 }
 
 int ProcessId() { return static_cast<int>(GetCurrentProcessId()); }

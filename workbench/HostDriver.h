@@ -54,11 +54,10 @@ class HostDriver {
   virtual void OpenGallery() = 0;
   /// Writes a bitmap of the top form's window; ScriptError where there are no windows.
   virtual void TakePicture(const std::string& file) = 0;
-  /// Shows a notice above all windows; the number of the button that was pressed.
-  virtual int32_t ShowNotice(const std::string& /*title*/, const std::string& /*text*/,
-                             const std::vector<std::string>& /*buttons*/) {
-    throw ScriptError("the notice belongs to the console");
-  }
+  /// Shows a notice above all windows; `answered` hears, once it is closed, which button was pressed.
+  virtual void ShowNotice(const std::string& title, const std::string& text,
+                          const std::vector<std::string>& buttons,
+                          const std::function<void(int32_t)>& answered) = 0;
   /// Shows Outlook's folder picker to whoever answers.
   virtual std::optional<FolderIndex> PickFolder() = 0;
 };

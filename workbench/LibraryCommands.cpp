@@ -163,8 +163,9 @@ void WorkOnRegistry(Console& console, const Words& words) {
 
 void ShowNotice(Console& console, const Words& words) {
   const std::vector<std::string> buttons(words.begin() + 2, words.end());
-  const int32_t answer = console.Host().ShowNotice(words[0], words[1], buttons);
-  console.Out() << "button " << answer << " was pressed\n";
+  console.Host().ShowNotice(words[0], words[1], buttons, [&console](int32_t answer) {
+    console.Out() << "button " << answer << " was pressed\n";
+  });
 }
 
 // --- the section header

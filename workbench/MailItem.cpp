@@ -3,6 +3,7 @@
 
 #include "core/Paths.h"
 #include "workbench/AtomicFile.h"
+#include "workbench/Utf8Path.h"
 #include "workbench/Workbench.h"
 
 namespace vexa::workbench {
@@ -80,7 +81,7 @@ void Workbench::Send(const SentMail& mail) {
     const MailSender sender{machine.outlookUser, machine.userName, machine.computerName};
     const std::string text = MessageText(mail, sender, FormattedTime("%a, %d %b %Y %H:%M:%S +0000"));
     try {
-      const fs::path outbox = savePath_ + ".outbox";
+      const fs::path outbox = Utf8Path(savePath_ + ".outbox");
       fs::create_directories(outbox);
       const auto fileOf = [&](int number) {
         const std::string digits = std::to_string(number);
@@ -88,7 +89,7 @@ void Workbench::Send(const SentMail& mail) {
       };
       int number = 1;
       while (fs::exists(fileOf(number))) ++number;
-      WriteFileAtomically(fileOf(number).string(), [&](const TextSink& put) { put(text); });
+      WriteFileAtomically(Utf8Text(fileOf(number)), [&](const TextSink& put) { put(text); });
     } catch (const std::exception& failure) {
       throw Error(static_cast<int32_t>(ErrorNumber::PathFileAccess),
                   std::string("The message could not be put into the outbox: ") + failure.what(),

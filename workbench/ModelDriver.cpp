@@ -135,12 +135,12 @@ class ModelDriver final : public HostDriver {
   void TakePicture(const std::string& /*file*/) override {
     throw ScriptError("a console without windows takes no pictures");
   }
-  int32_t ShowNotice(const std::string& title, const std::string& text,
-                     const std::vector<std::string>& buttons) override {
+  void ShowNotice(const std::string& title, const std::string& text, const std::vector<std::string>& buttons,
+                  const std::function<void(int32_t)>& answered) override {
     frmNotice notice;
     notice.Initialize(title, text, buttons);
     console_.ShowModal(notice, nullptr);
-    return notice.Answer();
+    answered(notice.Answer());
   }
   std::optional<FolderIndex> PickFolder() override { return console_.AnswerPick(); }
 

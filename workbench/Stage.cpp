@@ -1,6 +1,7 @@
 #include "workbench/Stage.h"
 
 #include "core/Paths.h"
+#include "workbench/SettingsData.h"
 
 namespace vexa::workbench {
 namespace {
@@ -20,12 +21,18 @@ Stage::Stage(Profile profile, const std::string& profilePath, std::optional<int3
                                  {"VexaAddin", JoinPath(workbench.profile.addin.path, "VexaAddin.dll"), {}}},
                                 workbench.TheDesktop());
       }),
-      errorLog({files, [this] { return page_ == nullptr ? std::string() : page_->ErrorLogPath(); }, UtcNow,
-                components}),
+      errorLog({files, [this] { return ErrorLogPath(); }, UtcNow, components}),
       services{resources, workbench.TheDesktop(),
                windows,   workbench.Objects(),
                errorLog,  workbench.profile.machine.supportAddress},
       view_(calls) {}
+
+std::string Stage::ErrorLogPath() const {
+  if (page_ != nullptr) return page_->ErrorLogPath();
+  // A page that is not the stage's own may have made one.
+  const SettingsData* const workingCopy = workbench.WorkingCopy();
+  return workingCopy == nullptr ? std::string() : workingCopy->ErrorLogPath;
+}
 
 OutlookPropertiesPage& Stage::CreatePage() {
   page_.reset();  // the host releases one page before it makes the next

@@ -56,6 +56,8 @@ class Stage {
     CallLog& calls_;
   };
 
+  std::string ErrorLogPath() const;
+
   TracingView view_;
   std::unique_ptr<OutlookPropertiesPage> page_;
 };

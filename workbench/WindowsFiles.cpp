@@ -8,6 +8,7 @@
 #include "workbench/AtomicFile.h"
 #include "workbench/FileDescriptor.h"
 #include "workbench/LowerCase.h"
+#include "workbench/Utf8Path.h"
 
 namespace vexa::workbench {
 
@@ -26,12 +27,13 @@ constexpr int32_t FileNotFound = 53;
 /// What is there under this name in any case, or the name as it is.
 fs::path Existing(const fs::path& folder, const std::string& name) {
   std::error_code ignored;
-  if (!fs::exists(folder / name, ignored)) {
+  fs::path asNamed = folder / Utf8Path(name);
+  if (!fs::exists(asNamed, ignored)) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-      if (LowerCase(entry.path().filename().string()) == LowerCase(name)) return entry.path();
+      if (LowerCase(Utf8Text(entry.path().filename())) == LowerCase(name)) return entry.path();
     }
   }
-  return folder / name;
+  return asNamed;
 }
 
 }  // namespace
@@ -39,7 +41,7 @@ fs::path Existing(const fs::path& folder, const std::string& name) {
 std::string WindowsFiles::PlaceOf(const std::string& path) const {
   if (path.starts_with('/')) return path;
   if (profilePath_.empty() || path.empty()) return {};
-  fs::path place = profilePath_ + ".files";
+  fs::path place = Utf8Path(profilePath_ + ".files");
   size_t start = 0;
   while (start <= path.size()) {
     const size_t end = std::min(path.find_first_of("\\/", start), path.size());
@@ -49,13 +51,13 @@ std::string WindowsFiles::PlaceOf(const std::string& path) const {
     if (!part.empty() && part != ".") place = Existing(place, part);
     start = end + 1;
   }
-  return place.string();
+  return Utf8Text(place);
 }
 
 void WindowsFiles::Append(const std::string& path, std::string_view text) {
   const std::string place = PlaceOf(path);
   try {
-    fs::create_directories(fs::path(place).parent_path());
+    fs::create_directories(Utf8Path(place).parent_path());
     const FileDescriptor file(place, FileDescriptor::Use::Append);
     file.Lock();  // one writer at a time: a record that needs several writes stays whole
     file.WriteAll(text);
@@ -68,7 +70,7 @@ bool WindowsFiles::Exists(const std::string& path) const {
   if (FileNamePart(path).empty() || path.find_first_of("*?") != std::string::npos) return false;
   const std::string place = PlaceOf(path);
   std::error_code ignored;
-  return !place.empty() && fs::is_regular_file(place, ignored);
+  return !place.empty() && fs::is_regular_file(Utf8Path(place), ignored);
 }
 
 std::string WindowsFiles::Read(const std::string& path) const {
@@ -84,7 +86,7 @@ void WindowsFiles::Write(const std::string& path, std::string_view text) const {
   const std::string place = PlaceOf(path);
   if (place.empty()) Fail("Cannot write", path, "there is no such place");
   try {
-    fs::create_directories(fs::path(place).parent_path());
+    fs::create_directories(Utf8Path(place).parent_path());
     WriteFileAtomically(place, [&](const TextSink& put) { put(text); });
   } catch (const std::exception& failure) {
     Fail("Cannot write", path, failure.what());
@@ -94,17 +96,17 @@ void WindowsFiles::Write(const std::string& path, std::string_view text) const {
 void WindowsFiles::Remove(const std::string& path) const {
   if (!Exists(path)) throw Error(FileNotFound, "File not found", "VexaControls");
   std::error_code failure;
-  fs::remove(PlaceOf(path), failure);
+  fs::remove(Utf8Path(PlaceOf(path)), failure);
   if (failure) Fail("Cannot remove", path, failure.message().c_str());
 }
 
 std::vector<std::string> WindowsFiles::List() const {
   std::vector<std::string> paths;
-  const fs::path root = profilePath_ + ".files";
+  const fs::path root = Utf8Path(profilePath_ + ".files");
   std::error_code ignored;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root, ignored)) {
     if (!entry.is_regular_file(ignored)) continue;
-    std::string path = entry.path().lexically_relative(root).generic_string();
+    std::string path = Utf8Text(entry.path().lexically_relative(root));
     std::ranges::replace(path, '/', '\\');
     if (const size_t end = path.find('\\'); end == 1) {
       path.insert(1, ":");

@@ -11,6 +11,7 @@
 #include "workbench/Console.h"
 #include "workbench/Names.h"
 #include "workbench/Settings.h"
+#include "workbench/Utf8Path.h"
 
 namespace vexa::workbench {
 namespace {
@@ -244,7 +245,7 @@ void ShowLog(Console& console, const Words& words) {
     throw ScriptError("right would be: log, log components");
   const Stage& stage = console.Stage();
   const std::string place = stage.files.PlaceOf(stage.workbench.profile.settings.ErrorLogPath);
-  std::ifstream log(place);
+  std::ifstream log(Utf8Path(place));
   bool empty = true;
   for (std::string line; std::getline(log, line);) {
     const std::optional<std::string> text = LogLine(line, withComponents);

@@ -85,6 +85,11 @@ void UiThread::RunLoop() {
   }
 }
 
+bool UiThread::IsQuestion(const MSG& message) {
+  return message.message == QuietMessage &&
+         GetWindowLongPtrW(message.hwnd, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(Procedure);
+}
+
 LRESULT CALLBACK UiThread::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == RunMessage) {
     reinterpret_cast<UiThread*>(GetWindowLongPtrW(window, GWLP_USERDATA))->RunNext();

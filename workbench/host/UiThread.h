@@ -29,6 +29,8 @@ class UiThread {
   using Handler = std::function<void(MSG& message)>;
   /// Who handles the messages of the loop from now on; none: they are dispatched.
   void HandleWith(Handler handler) { handler_ = std::move(handler); }
+  /// Whether a message asks if the windows are quiet. A loop that only works off what waits must leave it.
+  static bool IsQuestion(const MSG& message);
   /// Until WM_QUIT.
   void RunLoop();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dialogs/frmNotice.h"
 #include "windows/com/Text.h"
 #include "windows/desktop/WindowsDesktop.h"
 #include "windows/views/Handles.h"
@@ -49,7 +50,7 @@ HTREEITEM FindItem(HWND tree, HTREEITEM item, FolderIndex folder) {
 }  // namespace
 
 WindowDriver::WindowDriver(Console& console, Stage& stage, UiThread& ui, const std::wstring& module)
-    : console_(console), stage_(stage), ui_(ui), module_(module) {
+    : console_(console), stage_(stage), ui_(ui), machine_(stage, module) {
   ui_.Run([&] {
     exports_ = Exports::Make(stage.workbench, module);
     classes_ = std::make_unique<ClassRegistration>(exports_);
@@ -81,21 +82,26 @@ void WindowDriver::Settle() {
     NoteOpened(windows);
     if (!AnswerTop(windows)) break;
   }
-  std::vector<UiThread::TaskRef> done;
-  std::erase_if(running_, [&](const UiThread::TaskRef& task) {
-    if (task->IsDone()) done.push_back(task);
-    return task->IsDone();
+  std::vector<Running> done;
+  std::erase_if(running_, [&](const Running& running) {
+    if (running.task->IsDone()) done.push_back(running);
+    return running.task->IsDone();
   });
-  for (const UiThread::TaskRef& task : done) console_.AsHost([&] { task->Finish(); });
+  for (const Running& running : done) console_.AsHost([&] { running.Finish(); });
 }
 
-void WindowDriver::Do(std::function<void()> body) {
-  const UiThread::TaskRef task = ui_.Start(std::move(body));
+void WindowDriver::Running::Finish() const {
+  task->Finish();
+  if (afterwards) afterwards();
+}
+
+void WindowDriver::Do(std::function<void()> body, std::function<void()> afterwards) {
+  const Running running{ui_.Start(std::move(body)), std::move(afterwards)};
   Settle();
-  if (task->IsDone()) {
-    task->Finish();
+  if (running.task->IsDone()) {
+    running.Finish();
   } else {
-    running_.push_back(task);
+    running_.push_back(running);
   }
 }
 
@@ -251,21 +257,40 @@ void WindowDriver::SetDevelopmentMode(bool /*on*/) {
   throw ScriptError("the module has no development mode; only the console can set it");
 }
 
+void WindowDriver::ShowOwn(const std::function<void(const Services& windowed)>& show,
+                           std::function<void()> afterwards) {
+  Do(
+      [this, show] {
+        windows::WindowsDesktop desktop;
+        // Their pictures are the product's.
+        windows::WindowsModals modals(machine_.Module(), [](std::string_view form) -> const windows::Layout& {
+          return form == "Gallery" ? LayoutOfGallery() : windows::FindLayout(form);
+        });
+        const Services& services = stage_.services;
+        show({services.resources, desktop, modals, services.objects, services.errorLog});
+      },
+      std::move(afterwards));
+}
+
 void WindowDriver::OpenGallery() {
-  Do([this] {
-    // Its pictures are the product's.
-    const HMODULE module = windows::Verified(LoadLibraryW(module_.c_str()), "LoadLibraryW");
-    windows::WindowsDesktop desktop;
-    windows::WindowsModals modals(
-        module, [](std::string_view) -> const windows::Layout& { return LayoutOfGallery(); });
-    const Services& services = stage_.services;
-    const Services windowed{services.resources, desktop, modals, services.objects, services.errorLog};
-    {
-      Gallery gallery(windowed);
-      modals.ShowModal(gallery, nullptr);
-    }
-    FreeLibrary(module);
+  ShowOwn([](const Services& windowed) {
+    Gallery gallery(windowed);
+    windowed.windows.ShowModal(gallery, nullptr);
   });
+}
+
+void WindowDriver::ShowNotice(const std::string& title, const std::string& text,
+                              const std::vector<std::string>& buttons,
+                              const std::function<void(int32_t)>& answered) {
+  const auto answer = std::make_shared<int32_t>(0);
+  ShowOwn(
+      [=](const Services& windowed) {
+        frmNotice notice;
+        notice.Initialize(title, text, buttons);
+        windowed.windows.ShowModal(notice, nullptr);
+        *answer = notice.Answer();
+      },
+      [answered, answer] { answered(*answer); });
 }
 
 void WindowDriver::TakePicture(const std::string& file) {

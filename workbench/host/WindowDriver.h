@@ -12,6 +12,7 @@
 #include "workbench/Console.h"
 #include "workbench/com/Export.h"
 #include "workbench/host/OptionsDialog.h"
+#include "workbench/host/ProfileMachine.h"
 #include "workbench/host/UiThread.h"
 
 namespace vexa::workbench {
@@ -37,6 +38,8 @@ class WindowDriver final : public HostDriver {
   bool PageActive() override;
   void SetDevelopmentMode(bool on) override;
   void OpenGallery() override;
+  void ShowNotice(const std::string& title, const std::string& text, const std::vector<std::string>& buttons,
+                  const std::function<void(int32_t)>& answered) override;
   void TakePicture(const std::string& file) override;
   std::optional<FolderIndex> PickFolder() override;
 
@@ -52,9 +55,18 @@ class WindowDriver final : public HostDriver {
     std::string name;
   };
 
-  /// Does something on the thread of the windows. Its error comes out here, or, when a dialog is open by
-  /// then, is printed once it has ended.
-  void Do(std::function<void()> body);
+  struct Running {
+    UiThread::TaskRef task;
+    std::function<void()> afterwards;
+    void Finish() const;
+  };
+
+  /// Does something on the thread of the windows, and something here once it has ended without an error. Its
+  /// error comes out here, or, when a dialog is open by then, is printed once it has ended.
+  void Do(std::function<void()> body, std::function<void()> afterwards = {});
+  /// Shows dialogs of this program's own in the module's windows.
+  void ShowOwn(const std::function<void(const Services& windowed)>& show,
+               std::function<void()> afterwards = {});
   /// On the thread of the windows.
   void SetDialog(std::unique_ptr<OptionsDialog> dialog);
   void NoteClosed();
@@ -68,12 +80,12 @@ class WindowDriver final : public HostDriver {
   Console& console_;
   Stage& stage_;
   UiThread& ui_;
-  std::wstring module_;
+  ProfileMachine machine_;
   ExportsRef exports_;
   std::unique_ptr<ClassRegistration> classes_;
   std::unique_ptr<OptionsDialog> dialog_;  // made and ended by the thread of the windows
   std::vector<OpenDialog> dialogs_;        // innermost last
-  std::vector<UiThread::TaskRef> running_;
+  std::vector<Running> running_;
 };
 
 }  // namespace vexa::workbench
