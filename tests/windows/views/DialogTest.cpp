@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <thread>
 
+#include "dialogs/frmNotice.h"
 #include "tests/windows/views/Stage.h"
 #include "windows/com/Com.h"
+#include "windows/views/Handles.h"
 
 namespace vexa::windows {
 namespace {
@@ -221,6 +223,65 @@ TEST_F(DialogTest, TheFocusComesBackAfterABoxAndAfterADialog) {
   });
   Show(gallery_);
   EXPECT_EQ(GetActiveWindow(), owner_);
+}
+
+TEST_F(DialogTest, ABusyFormTakesNoInputAndShowsTheWaitPointer) {
+  int pressed = 0;
+  gallery_.cmdHidden.SetVisible(true);
+  gallery_.cmdHidden.OnClick = [&] {
+    if (++pressed > 1) return;
+    const HWND form = GetAncestor(GetFocus(), GA_ROOT);
+    const HWND box = FindNamed(form, "chkFrame");
+    gallery_.SetEnabled(false);
+    gallery_.SetMousePointer(Form::Pointer::Wait);
+    EXPECT_EQ(IsWindowEnabled(form), FALSE);
+    EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+    Send(box, WM_SETCURSOR, box, MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT)) << "over a control, too";
+    Modals::PostKey(VK_SPACE);
+    Modals::PostClick(box);
+    desktop_.ProcessPendingMessages();
+    EXPECT_EQ(pressed, 1);
+    EXPECT_FALSE(gallery_.chkFrame.Checked());
+    gallery_.SetMousePointer(Form::Pointer::Default);
+    gallery_.SetEnabled(true);
+    EXPECT_NE(IsWindowEnabled(form), FALSE);
+    EXPECT_EQ(FocusName(), "cmdHidden");
+    EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_ARROW));
+  };
+  Modals modals;
+  modals.Click("cmdHidden").Press(VK_ESCAPE);
+  Show(gallery_);
+}
+
+TEST_F(DialogTest, ANoticeStaysOnTopAndAnswersWithItsButton) {
+  const struct {
+    std::vector<std::string> buttons;
+    std::function<void(HWND)> act;
+    int32_t answer;
+  } rows[] = {
+      {{"Yes", "No", "Later"}, [](HWND notice) { Modals::PostClick(FindNamed(notice, "cmdSecond")); }, 2},
+      {{"Yes", "No", "Later"}, [](HWND) { Modals::PostKey(VK_RETURN); }, 1},
+      {{"Yes", "No", "Later"}, [](HWND) { Modals::PostKey(VK_ESCAPE); }, 3},
+      {{"Yes", "No"}, [](HWND notice) { PostMessageW(notice, WM_CLOSE, 0, 0); }, 2},
+      {{"OK"}, [](HWND) { Modals::PostKey(VK_SPACE); }, 1}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.answer);
+    frmNotice notice;
+    notice.Initialize("Title", "Keep [b]everything[b]?", row.buttons);
+    Modals modals;
+    modals.Then([&](HWND front) {
+      EXPECT_NE(GetWindowLongPtrW(front, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+      EXPECT_EQ(GetWindow(front, GW_HWNDFIRST), front) << "nothing stands above it";
+      size_t shown = 0;
+      for (const char* button : {"cmdFirst", "cmdSecond", "cmdThird"})
+        if (IsWindowVisible(FindNamed(front, button)) != FALSE) ++shown;
+      EXPECT_EQ(shown, row.buttons.size());
+      row.act(front);
+    });
+    windows_.ShowModal(notice, nullptr);
+    EXPECT_EQ(notice.Answer(), row.answer);
+  }
 }
 
 // --- ends
