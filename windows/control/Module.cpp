@@ -33,6 +33,15 @@ class PageFactory final : public ServerObject<IClassFactory> {
   }
 };
 
+/// Once used, the module stays for as long as the process: the compiler's runtime takes a thread-local slot
+/// when the first error is thrown and gives it back never, and a process has little more than a thousand of
+/// them.
+void StayLoaded() {
+  HMODULE self = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                     reinterpret_cast<LPCWSTR>(&StayLoaded), &self);
+}
+
 }  // namespace
 
 HMODULE ModuleHandle() { return moduleHandle; }
@@ -76,6 +85,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   if (classId != CLSID_OutlookPropertiesPage) return CLASS_E_CLASSNOTAVAILABLE;
+  vexa::windows::StayLoaded();
   HRESULT found = E_FAIL;
   const HRESULT made = Guarded(IID_IClassFactory, [&] {
     const auto factory = vexa::windows::MakeObject<IClassFactory, vexa::windows::PageFactory>();

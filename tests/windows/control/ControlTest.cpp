@@ -45,6 +45,26 @@ TEST_F(ControlTest, AnswersEveryInterfaceAndLeavesNothingBehind) {
   EXPECT_TRUE(module_.CanUnload());
 }
 
+int FreeThreadLocalSlots() {
+  std::vector<DWORD> slots;
+  for (DWORD slot = TlsAlloc(); slot != TLS_OUT_OF_INDEXES; slot = TlsAlloc()) slots.push_back(slot);
+  for (const DWORD slot : slots) TlsFree(slot);
+  return static_cast<int>(slots.size());
+}
+
+TEST(ModuleInMemory, TakesNothingMoreEachTimeThatItIsLoadedAndUsed) {
+  const Apartment apartment;
+  const auto use = [] {
+    const Module module;
+    EXPECT_EQ(LastError(module.CreatePage()->FillTrackedContacts()), "91 Object variable not set");
+  };
+  use();
+  const int before = FreeThreadLocalSlots();
+  for (int i = 0; i < 3; ++i) use();
+  EXPECT_GT(before, 0);
+  EXPECT_EQ(FreeThreadLocalSlots(), before);
+}
+
 TEST_F(ControlTest, RefusesWhatMakesNoSenseWithADescription) {
   const ComPtr<IOutlookPropertiesPage> page = module_.CreatePage();
   VARIANT_BOOL again = VARIANT_FALSE;

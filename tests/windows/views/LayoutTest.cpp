@@ -3,14 +3,12 @@
 // by pressing every button, so that new ones are measured without being named here.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
-#include <set>
 
-#include "display/UserActions.h"
 #include "tests/windows/views/Stage.h"
 #include "windows/views/FormWindow.h"
 #include "windows/views/Handles.h"
+#include "workbench/EveryScreen.h"
 
 namespace vexa::windows {
 namespace {
@@ -43,41 +41,9 @@ class Ruler {
   HGDIOBJ former_ = nullptr;
 };
 
-class LayoutTest : public WindowStage, public ModalWindows {
+class LayoutTest : public WindowStage, public workbench::EveryScreen {
  protected:
-  /// Instead of showing the dialog: measures it and presses all of its buttons.
-  void ShowModal(Dialog& dialog, Form* /*owner*/) override {
-    dialog.Show();
-    if (seen_.insert(dialog.Name()).second) Measure(dialog, &dialog);
-    if (depth_ < 5) {
-      ++depth_;
-      PressButtons(dialog);
-      --depth_;
-    }
-    dialog.Hide();
-  }
-
-  /// Chooses every option in turn and presses all buttons that it makes usable.
-  void PressButtons(Form& form) {
-    std::set<const Control*> pressed;
-    const auto* const dialog = dynamic_cast<const Dialog*>(&form);
-    const auto pressAll = [&] {
-      for (Control* control : form.Controls()) {
-        if (dialog != nullptr && !dialog->IsShowing()) return;
-        if (control->Kind() != ControlKind::Button || control == form.CancelButton() ||
-            control->Name() == "cmdOk" || !control->IsUsable() || !pressed.insert(control).second) {
-          continue;
-        }
-        UserActions(form).Click(*control);
-      }
-    };
-    pressAll();
-    for (Control* control : form.Controls()) {
-      if (control->Kind() != ControlKind::OptionButton || !control->IsUsable()) continue;
-      UserActions(form).Click(*control);
-      pressAll();
-    }
-  }
+  void Opened(Form& form, Dialog* dialog) override { Measure(form, dialog); }
 
   void Measure(Form& form, Dialog* dialog) {
     SCOPED_TRACE(form.Name());
@@ -199,28 +165,25 @@ class LayoutTest : public WindowStage, public ModalWindows {
     }
   }
 
-  std::set<std::string> seen_;
   int32_t language_ = 0;
-  int depth_ = 0;
 };
 
-TEST_F(LayoutTest, EveryScreenFitsItsTextsInEveryLanguageAndSize) {
-  for (const int32_t language : {1033, 1036, 3084}) {
-    language_ = language;
-    seen_.clear();
-    workbench::Stage stage(workbench::ProfileWithFolderSet(), "", language, *this, answers_);
-    OutlookPropertiesPage& page = stage.CreatePage();
-    page.Initialize(stage.workbench.Addin());
-    page.FocusFirst();
-    Measure(page, nullptr);
-    PressButtons(page);
-    for (const std::string& name : seen_) RecordProperty(name, language);
-    for (const char* screen : {"frmEditFolderset", "frmAbout", "frmTrackingOptions", "frmFolders",
-                               "frmAdvanced", "frmSharedFolders"}) {
-      EXPECT_TRUE(seen_.contains(screen)) << screen << " was never opened";
-    }
+class LayoutInLanguage : public LayoutTest, public testing::WithParamInterface<int32_t> {};
+
+TEST_P(LayoutInLanguage, EveryScreenFitsItsTextsInEverySize) {
+  language_ = GetParam();
+  workbench::Stage stage(workbench::ProfileWithFolderSet(), "", language_, *this, answers_);
+  OutlookPropertiesPage& page = stage.CreatePage();
+  page.Initialize(stage.workbench.Addin());
+  page.FocusFirst();
+  Walk(page);
+  for (const char* screen : {"frmEditFolderset", "frmAbout", "frmTrackingOptions", "frmFolders",
+                             "frmAdvanced", "frmSharedFolders"}) {
+    EXPECT_TRUE(Names().contains(screen)) << screen << " was never opened";
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Every, LayoutInLanguage, testing::Values(1033, 1036, 3084));
 
 TEST_F(LayoutTest, TheGalleryFits) {
   language_ = 1033;
