@@ -7,22 +7,23 @@ namespace vexa {
 namespace {
 
 #define STRING(id, text) StringEntry{id, text},
-constexpr auto English = std::to_array<StringEntry>({
-#include "resources/strings.1033.inc"
-});
-constexpr auto FrenchOfFrance = std::to_array<StringEntry>({
-#include "resources/strings.1036.inc"
-});
-constexpr auto FrenchOfCanada = std::to_array<StringEntry>({
-#include "resources/strings.3084.inc"
+#define LANGUAGE_BEGIN(language, primary, country) \
+  constexpr auto Texts##language = std::to_array<StringEntry>({
+#define LANGUAGE_END(language) });
+#include "languages.inc"
+#undef STRING
+#undef LANGUAGE_BEGIN
+#undef LANGUAGE_END
+
+#define STRING(id, text)
+#define LANGUAGE_BEGIN(language, primary, country) {language, Texts##language},
+#define LANGUAGE_END(language)
+constexpr auto Tables = std::to_array<LanguageTable>({
+#include "languages.inc"
 });
 #undef STRING
-
-constexpr auto Tables = std::to_array<LanguageTable>({
-    {1033, English},
-    {1036, FrenchOfFrance},
-    {3084, FrenchOfCanada},
-});
+#undef LANGUAGE_BEGIN
+#undef LANGUAGE_END
 
 constexpr bool IsAscending(std::span<const StringEntry> entries) {
   return std::ranges::adjacent_find(entries, [](const StringEntry& left, const StringEntry& right) {

@@ -22,7 +22,7 @@ struct LanguageTable {
   std::span<const StringEntry> entries;
 };
 
-/// English (1033), the fallback, first; then French of France (1036) and of Canada (3084).
+/// English (1033), the fallback, first; then the others that CMakeLists.txt names.
 std::span<const LanguageTable> LanguageTables();
 
 class CompiledResources final : public ResourceSource {
