@@ -9,7 +9,8 @@ namespace {
 #define STRING(id, text) StringEntry{id, text},
 #define LANGUAGE_BEGIN(language, primary, country) \
   constexpr auto Texts##language = std::to_array<StringEntry>({
-#define LANGUAGE_END(language) });
+#define LANGUAGE_END(language) \
+  });
 #include "languages.inc"
 #undef STRING
 #undef LANGUAGE_BEGIN
