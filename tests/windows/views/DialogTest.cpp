@@ -350,6 +350,11 @@ TEST_F(DialogTest, TheOwnerIsDestroyedMeanwhile) {
     modals.Then([&](HWND) {
       if (byAnotherThread) {
         other = std::thread([owner = owner_] { SendMessageW(owner, WM_CLOSE, 0, 0); });
+        // Until it has come: before that, the user would find a dialog that nobody expects.
+        for (MSG message{}; IsWindow(owner_) != FALSE;) {
+          MsgWaitForMultipleObjects(0, nullptr, FALSE, INFINITE, QS_SENDMESSAGE);
+          PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+        }
       } else {
         DestroyWindow(owner_);
       }
