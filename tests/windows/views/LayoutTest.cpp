@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <vector>
 
+#include "resources/CompiledResources.h"
 #include "tests/windows/views/Stage.h"
 #include "windows/views/FormWindow.h"
 #include "windows/views/Handles.h"
@@ -183,7 +185,12 @@ TEST_P(LayoutInLanguage, EveryScreenFitsItsTextsInEverySize) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, LayoutInLanguage, testing::Values(1033, 1036, 3084));
+std::vector<int32_t> Languages() {
+  std::vector<int32_t> languages;
+  for (const LanguageTable& table : LanguageTables()) languages.push_back(table.language);
+  return languages;
+}
+INSTANTIATE_TEST_SUITE_P(Every, LayoutInLanguage, testing::ValuesIn(Languages()));
 
 TEST_F(LayoutTest, TheGalleryFits) {
   language_ = 1033;
