@@ -58,7 +58,7 @@ class Model {
     size_t checked = 0;
     for (const auto& [key, node] : nodes_) {
       Promise(tree_.Find(key) == node && tree_.Key(node) == key, "every node keeps its key");
-      checked += tree_.Checked(node) ? 1 : 0;
+      if (tree_.Checked(node)) ++checked;
     }
     Promise(tree_.CheckedCount() == checked, "the tree counts its checks");
     tree_.ClearChecks();
