@@ -95,6 +95,8 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   void CreateOwnWindow();
   void CreateViews();
   void PlaceOverOwner();
+  /// A dialog's window around the size that shows everything.
+  RECT PreferredFrame() const;
 
   Entry* FindEntry(const Control& control);
   ControlView* FindView(HWND window) const;
