@@ -1,0 +1,221 @@
+// Add-ins that are not what they should be: they answer with nothing, with something else, or with codes that
+// nobody has heard of. The user is told, nothing crashes, and everything is released.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/windows/Modals.h"
+#include "tests/windows/control/Handles.h"
+#include "tests/windows/control/PageTest.h"
+
+namespace vexa::windows {
+namespace {
+
+/// A user who sends away whatever comes up.
+class Impatience {
+ public:
+  Impatience() : timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Tick)) { closed = 0; }
+  Impatience(const Impatience&) = delete;
+  Impatience& operator=(const Impatience&) = delete;
+  ~Impatience() {
+    KillTimer(nullptr, timer_);
+    EXPECT_EQ(Modals::Front(), nullptr) << "a modal window was left open";
+  }
+
+  static inline int closed = 0;
+
+ private:
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND front = Modals::Front();
+    if (front == nullptr) return;
+    ++closed;
+    if (!IsMessageBox(front)) {
+      PostMessageW(front, WM_CLOSE, 0, 0);
+      return;
+    }
+    for (const int button : {IDCANCEL, IDNO, IDOK}) {
+      if (GetDlgItem(front, button) == nullptr) continue;
+      PostMessageW(GetDlgItem(front, button), BM_CLICK, 0, 0);
+      return;
+    }
+  }
+
+  UINT_PTR timer_;
+};
+
+/// What a member of the add-in does instead of its duty.
+using Misdeed = std::function<HRESULT(IUnknown** answer)>;
+
+/// The true add-in, but for one member at a time.
+class FalseAddin final : public IVexaAddin {
+ public:
+  enum Member {
+    Utilities_,
+    Scanner_,
+    Session_,
+    FolderSetContext_,
+    SetOptionsPageOpen_,
+    ApplySettings_,
+    Members_
+  };
+
+  FalseAddin(ComPtr<IVexaAddin> real, int member, Misdeed misdeed)
+      : real_(std::move(real)), member_(member), misdeed_(std::move(misdeed)) {}
+
+  STDMETHODIMP QueryInterface(REFIID id, void** object) override {
+    const bool known = id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(IVexaAddin);
+    *object = known ? this : nullptr;
+    if (known) AddRef();
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override { return --references_; }
+  ULONG References() const { return references_; }
+
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override { return real_->GetTypeInfoCount(count); }
+  STDMETHODIMP GetTypeInfo(UINT number, LCID locale, ITypeInfo** info) override {
+    return real_->GetTypeInfo(number, locale, info);
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* members) override {
+    return real_->GetIDsOfNames(id, names, count, locale, members);
+  }
+  STDMETHODIMP Invoke(DISPID member, REFIID id, LCID locale, WORD flags, DISPPARAMS* parameters,
+                      VARIANT* result, EXCEPINFO* exception, UINT* wrong) override {
+    return real_->Invoke(member, id, locale, flags, parameters, result, exception, wrong);
+  }
+
+  STDMETHODIMP get_Utilities(IVexaUtilities** value) override {
+    return Answer(Utilities_, value, [&] { return real_->get_Utilities(value); });
+  }
+  STDMETHODIMP get_Scanner(IVexaScanner** value) override {
+    return Answer(Scanner_, value, [&] { return real_->get_Scanner(value); });
+  }
+  STDMETHODIMP get_Session(IDispatch** value) override {
+    return Answer(Session_, value, [&] { return real_->get_Session(value); });
+  }
+  STDMETHODIMP get_FolderSetContext(IDispatch** value) override {
+    return Answer(FolderSetContext_, value, [&] { return real_->get_FolderSetContext(value); });
+  }
+  STDMETHODIMP SetOptionsPageOpen(VARIANT_BOOL* open) override {
+    IUnknown* none = nullptr;
+    return Answer(SetOptionsPageOpen_, &none, [&] { return real_->SetOptionsPageOpen(open); });
+  }
+  STDMETHODIMP ApplySettings(IRegSettings** settings) override {
+    IRegSettings* const given = *settings;
+    const HRESULT result = Answer(ApplySettings_, settings, [&] { return real_->ApplySettings(settings); });
+    if (member_ == ApplySettings_ && *settings != given) given->Release();  // what is replaced is let go
+    return result;
+  }
+
+ private:
+  template <typename Interface>
+  HRESULT Answer(Member member, Interface** value, const std::function<HRESULT()>& duty) {
+    return member == member_ ? misdeed_(reinterpret_cast<IUnknown**>(value)) : duty();
+  }
+
+  ComPtr<IVexaAddin> real_;
+  int member_;
+  Misdeed misdeed_;
+  ULONG references_ = 0;
+};
+
+class HostileAddin : public PageTest {
+ protected:
+  static constexpr const char* AnyObject = "answers with some other object";
+
+  std::vector<std::pair<std::string, Misdeed>> Misdeeds() {
+    return {
+        {"succeeds with nothing", [](IUnknown** answer) { return *answer = nullptr, S_OK; }},
+        {"does not answer", [](IUnknown**) { return S_OK; }},
+        // Members of a type of their own cannot answer with another without breaking COM itself.
+        {AnyObject,
+         [this](IUnknown** answer) {
+           *answer = container_->PageAs<IDispatch>().Detach();
+           return S_OK;
+         }},
+        {"is gone", [](IUnknown**) { return RPC_E_DISCONNECTED; }},
+        {"fails without a word", [](IUnknown**) { return E_FAIL; }},
+        {"gives a code that nobody knows", [](IUnknown**) { return static_cast<HRESULT>(0x8BADF00D); }},
+        {"pumps messages",
+         [this](IUnknown**) {
+           container_->Pump();
+           return E_ABORT;
+         }},
+        {"drops the page",
+         [this](IUnknown**) {
+           if (container_->PageAs<IUnknown>()) container_->Forget();
+           return E_ABORT;
+         }},
+        {"destroys the windows", [this](IUnknown**) { return container_->DestroyWindows(), E_ABORT; }},
+    };
+  }
+
+  /// The user presses whatever can be pressed.
+  void PressEverything() {
+    for (const char* const button :
+         {"cmdAdd", "cmdChange", "cmdRemove", "cmdTracking", "cmdAdvanced", "cmdAbout"}) {
+      const HWND page = container_->PageWindow();
+      const HWND found = page == nullptr ? nullptr : FindNamed(page, button);
+      if (found == nullptr || IsWindowEnabled(found) == FALSE) continue;
+      Modals::PostClick(found);
+      container_->Pump();
+    }
+  }
+
+  Container* container_ = nullptr;
+};
+
+TEST_F(HostileAddin, NoAnswerOfItsHurtsThePage) {
+  for (int member = 0; member < FalseAddin::Members_; ++member) {
+    for (const auto& [name, misdeed] : Misdeeds()) {
+      const bool takesAny = member == FalseAddin::Session_ || member == FalseAddin::FolderSetContext_;
+      if (name == AnyObject && !takesAny) continue;
+      SCOPED_TRACE("member " + std::to_string(member) + " " + name);
+      const Impatience user;
+      FalseAddin addin(bench_->exports->Addin().As<IVexaAddin>(), member, misdeed);
+      {
+        Container container;
+        container_ = &container;
+        container.Embed(CreatePage());
+        const ComPtr<IOutlookPropertiesPage> page = container.PageAs<IOutlookPropertiesPage>();
+        VARIANT_BOOL again = VARIANT_FALSE;
+        page->Initialize(&addin, &again);
+        container.Pump();
+        PressEverything();
+        page->SetDirty();
+        page->PropertyPage_Apply();
+        container.Pump();
+        EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
+      }
+      EXPECT_EQ(addin.References(), 0U) << "the add-in is still held";
+    }
+  }
+}
+
+TEST_F(HostileAddin, SixteenPagesAtOnceKeepOutOfEachOthersWay) {
+  const auto liveTogether = [&] {
+    const Impatience user;
+    std::vector<std::unique_ptr<Container>> containers;
+    for (int i = 0; i < 16; ++i) {
+      containers.push_back(std::make_unique<Container>());
+      Open(*containers.back());
+    }
+    for (size_t i = 0; i < containers.size(); i += 3) {
+      container_ = containers[i].get();
+      ASSERT_EQ(container_->DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+      PressEverything();
+    }
+    for (size_t i = 0; i < containers.size(); i += 2) containers[i].reset();
+    for (size_t i = 1; i < containers.size(); i += 2) {
+      EXPECT_NE(IsWindowEnabled(containers[i]->Control("cmdAdd")), FALSE)
+          << "page " << i << " is as usable as before";
+    }
+  };
+  liveTogether();  // what is kept for the whole process is there now
+  const HandleCounts before = CountHandles();
+  liveTogether();
+  EXPECT_EQ(CountHandles(), before);
+}
+
+}  // namespace
+}  // namespace vexa::windows
