@@ -41,7 +41,7 @@ class WorkbenchUtilities final : public Utilities {
     return workbench_.profile.world.StoreOf(index).kind == StoreKind::PublicFolders;
   }
   std::shared_ptr<AddinApplication> App() override {
-    workbench_.Calls().Enter("Util.App", Kind::Read);
+    if (workbench_.Calls().Enter("Util.App", Kind::Read)) return nullptr;
     return std::make_shared<WorkbenchApplication>(workbench_);
   }
   void SetUserProperty(const ObjectRef& item, const std::string& name, const Variant& value, int32_t type,
@@ -96,19 +96,19 @@ class WorkbenchAddin final : public AddinApp {
   explicit WorkbenchAddin(Workbench& workbench) : workbench_(workbench) {}
 
   std::shared_ptr<vexa::Utilities> Utilities() override {
-    workbench_.Calls().Enter("App.Utilities", Kind::Read);
+    if (workbench_.Calls().Enter("App.Utilities", Kind::Read)) return nullptr;
     return std::make_shared<WorkbenchUtilities>(workbench_);
   }
   std::shared_ptr<vexa::Scanner> Scanner() override {
-    workbench_.Calls().Enter("App.Scanner", Kind::Read);
+    if (workbench_.Calls().Enter("App.Scanner", Kind::Read)) return nullptr;
     return std::make_shared<WorkbenchScanner>(workbench_);
   }
   NameSpaceRef Session() override {
-    workbench_.Calls().Enter("App.Session", Kind::Read);
+    if (workbench_.Calls().Enter("App.Session", Kind::Read)) return nullptr;
     return MakeSession(workbench_);
   }
   ObjectRef FolderSetContext() override {
-    workbench_.Calls().Enter("App.FolderSetContext", Kind::Read);
+    if (workbench_.Calls().Enter("App.FolderSetContext", Kind::Read)) return nullptr;
     return std::make_shared<Object>();
   }
   void SetOptionsPageOpen(bool& open) override {

@@ -1,28 +1,76 @@
 #include "workbench/CallLog.h"
 
 #include <algorithm>
+#include <array>
+#include <new>
+#include <stdexcept>
 
 #include "contracts/RegSettings.h"
 
 namespace vexa::workbench {
 
-void CallLog::PlanFault(std::string_view member, int n, Error fault) {
+void CallLog::PlanFault(std::string_view member, int n, Fault fault) {
   faults_.push_back({std::string(member), n, std::move(fault)});
 }
 
-const Error* CallLog::TakeFault(std::string_view member) {
+const Fault* CallLog::TakeFault(std::string_view member) {
   bool due = false;
-  for (PlannedFault& fault : faults_) {
-    if (fault.member != member || --fault.remaining != 0) continue;
-    due_ = fault.error;
+  for (PlannedFault& planned : faults_) {
+    if ((planned.member != AnyMember && planned.member != member) || --planned.remaining != 0) continue;
+    due_ = planned.fault;
     due = true;
   }
-  std::erase_if(faults_, [](const PlannedFault& fault) { return fault.remaining == 0; });
+  std::erase_if(faults_, [](const PlannedFault& planned) { return planned.remaining == 0; });
   return due ? &due_ : nullptr;
 }
 
-std::string CallLog::FaultMark(const Error& fault) {
-  return " !! " + std::to_string(fault.Number) + " " + QuotedText(fault.Description);
+void CallLog::Throw(const Fault& fault) {
+  switch (fault.kind) {
+    case Fault::Kind::Error:
+      throw Error(fault.error);
+    case Fault::Kind::Nothing:
+      return;
+    case Fault::Kind::WrongType:
+      throw MakeError(ErrorNumber::TypeMismatch);
+    case Fault::Kind::OutOfMemory:
+      throw std::bad_alloc();
+    case Fault::Kind::Exception:
+      throw std::runtime_error(fault.error.Description);
+    case Fault::Kind::Foreign:
+      throw 4711;
+  }
+}
+
+std::string CallLog::FaultMark(const Fault& fault) {
+  switch (fault.kind) {
+    case Fault::Kind::Error:
+      break;
+    case Fault::Kind::Nothing:
+      return " !! no object";
+    case Fault::Kind::WrongType:
+      return " !! wrong type";
+    case Fault::Kind::OutOfMemory:
+      return " !! out of memory";
+    case Fault::Kind::Exception:
+    case Fault::Kind::Foreign:
+      return " !! exception";
+  }
+  return " !! " + std::to_string(fault.error.Number) + " " + QuotedText(fault.error.Description);
+}
+
+bool CallLog::AnswersWithObject(std::string_view member) {
+  static constexpr std::array<std::string_view, 17> objects{
+      "New RegSettings",    "New MonitoredFolder",  "App.Utilities",
+      "App.Scanner",        "App.Session",          "Util.App",
+      "Sess.Application",   "Sess.CurrentUser",     "Sess.Folders",
+      "Folders.Item",       "Sess.GetFolderFromID", "Sess.GetDefaultFolder",
+      "Sess.PickFolder",    "Folder.Folders",       "Folder.Parent",
+      "Outlook.CreateItem", "App.FolderSetContext"};
+  if (std::ranges::find(objects, member) != objects.end()) return true;
+  return std::ranges::any_of(RegSettingsMembers, [&](const RegSettingsMember& known) {
+    return known.kind == MemberKind::Collection && member.starts_with("RS.") &&
+           member.substr(3) == known.name;
+  });
 }
 
 const std::vector<std::string>& CallLog::KnownMembers() {

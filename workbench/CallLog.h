@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,32 +14,59 @@
 
 namespace vexa::workbench {
 
+/// How a call fails.
+struct Fault {
+  enum class Kind {
+    Error,      // with number, description and source
+    Nothing,    // there is no object; for members that answer with one
+    WrongType,  // the answer is of no type that could be used
+    OutOfMemory,
+    Exception,  // of the C++ library, with the description
+    Foreign,    // an exception of a type that nobody knows
+  };
+  Fault(Error theError) : error(std::move(theError)) {}  // NOLINT(google-explicit-constructor)
+  explicit Fault(Kind theKind) : kind(theKind) {}
+
+  Kind kind = Kind::Error;
+  Error error;
+};
+
 class CallLog {
  public:
   enum class Kind { Read, Action };
 
   /// Enters a call: `makeLine()` is its line in the trace. Throws the planned fault when this is its turn.
+  /// True when the call must answer with no object.
   template <typename MakeLine>
-  void Enter(std::string_view member, Kind kind, MakeLine&& makeLine) {
+  bool Enter(std::string_view member, Kind kind, MakeLine&& makeLine) {
     ++calls_;
-    const Error* const fault = faults_.empty() ? nullptr : TakeFault(member);
+    if (onCall_) onCall_(member);
+    const Fault* const fault = faults_.empty() ? nullptr : TakeFault(member);
     if (recording_ && (kind == Kind::Action || showReads_)) {
       lines_.push_back(makeLine() + (fault == nullptr ? std::string() : FaultMark(*fault)));
     }
-    if (fault != nullptr) throw Error(*fault);
+    if (fault == nullptr) return false;
+    ++faultsMet_;
+    Throw(*fault);
+    return true;
   }
-  void Enter(std::string_view member, Kind kind) {
-    Enter(member, kind, [&] { return std::string(member); });
+  bool Enter(std::string_view member, Kind kind) {
+    return Enter(member, kind, [&] { return std::string(member); });
   }
   /// A line that is no call: what a message box showed and how it was answered.
   void Note(std::string line) {
     if (recording_) lines_.push_back(std::move(line));
   }
 
-  /// The n-th call of `member` from now on (counted from 1) fails with `fault`, once.
-  void PlanFault(std::string_view member, int n, Error fault);
-  /// How many planned faults have not come up yet.
+  /// The n-th call of `member` from now on (counted from 1) fails with `fault`, once. AnyMember counts all.
+  void PlanFault(std::string_view member, int n, Fault fault);
+  static constexpr std::string_view AnyMember{};
+  /// How many planned faults have not come up yet, and how many have ever.
   size_t FaultsPlanned() const { return faults_.size(); }
+  int64_t FaultsMet() const { return faultsMet_; }
+  void ForgetFaults() { faults_.clear(); }
+  /// Hears the member of every call.
+  void SetObserver(std::function<void(std::string_view member)> onCall) { onCall_ = std::move(onCall); }
 
   const std::vector<std::string>& Lines() const { return lines_; }
   void Clear() { lines_.clear(); }
@@ -49,20 +77,26 @@ class CallLog {
 
   /// Every name that a fault can be planned for.
   static const std::vector<std::string>& KnownMembers();
+  /// Whether a member can answer with no object.
+  static bool AnswersWithObject(std::string_view member);
 
  private:
   struct PlannedFault {
     std::string member;
     int remaining;
-    Error error;
+    Fault fault;
   };
 
-  const Error* TakeFault(std::string_view member);
-  static std::string FaultMark(const Error& fault);
+  const Fault* TakeFault(std::string_view member);
+  /// Returns for Nothing only.
+  static void Throw(const Fault& fault);
+  static std::string FaultMark(const Fault& fault);
 
   std::vector<std::string> lines_;
   std::vector<PlannedFault> faults_;
-  Error due_;
+  Fault due_{Error()};
+  std::function<void(std::string_view)> onCall_;
+  int64_t faultsMet_ = 0;
   bool showReads_ = true;
   bool recording_ = true;
   int64_t calls_ = 0;

@@ -54,9 +54,10 @@ class WorkbenchOutlook final : public OutlookApplication {
  public:
   explicit WorkbenchOutlook(Workbench& workbench) : workbench_(workbench) {}
   std::shared_ptr<MailItem> CreateItem(ItemType type) override {
-    workbench_.Calls().Enter("Outlook.CreateItem", Kind::Action, [&] {
+    const bool nothing = workbench_.Calls().Enter("Outlook.CreateItem", Kind::Action, [&] {
       return "Outlook.CreateItem(" + std::to_string(static_cast<int32_t>(type)) + ")";
     });
+    if (nothing) return nullptr;
     if (type != ItemType::Mail) throw MakeError(ErrorNumber::InvalidProcedureCall);
     return std::make_shared<WorkbenchMailItem>(workbench_);
   }

@@ -36,20 +36,29 @@ class WorkbenchFolder final : public Folder {
   }
   ItemType DefaultItemType() override { return Node("DefaultItemType").itemType; }
   std::shared_ptr<vexa::Folders> Folders() override {
-    Node("Folders");
+    if (Enter("Folders")) return nullptr;
+    Node();
     return workbench_.FoldersObject(index_);
   }
   FolderRef Parent() override {
-    const FolderIndex parent = Node("Parent").parent;
+    if (Enter("Parent")) return nullptr;
+    const FolderIndex parent = Node().parent;
     return parent == NoFolder ? nullptr : workbench_.FolderObject(parent);
   }
 
  private:
   workbench::World& World() const { return workbench_.profile.world; }
 
+  bool Enter(const char* member) const {
+    return workbench_.Calls().Enter(std::string("Folder.") + member, Kind::Read, [&] {
+      return "Folder(" + QuotedText(World().PathOf(index_)) + ")." + member;
+    });
+  }
   const FolderNode& Node(const char* member) const {
-    workbench_.Calls().Enter(std::string("Folder.") + member, Kind::Read,
-                             [&] { return "Folder(" + QuotedText(World().PathOf(index_)) + ")." + member; });
+    Enter(member);
+    return Node();
+  }
+  const FolderNode& Node() const {
     const FolderNode& node = World().At(index_);
     if (node.deleted) throw NotFound();
     return node;
@@ -69,8 +78,9 @@ class WorkbenchFolders final : public Folders {
     return static_cast<int32_t>(ChildCount());
   }
   FolderRef Item(int32_t position) override {
-    workbench_.Calls().Enter("Folders.Item", Kind::Read,
-                             [&] { return "Folders.Item(" + std::to_string(position) + ")"; });
+    const bool nothing = workbench_.Calls().Enter(
+        "Folders.Item", Kind::Read, [&] { return "Folders.Item(" + std::to_string(position) + ")"; });
+    if (nothing) return nullptr;
     if (position < 1 || static_cast<size_t>(position) > ChildCount()) throw NotFound();
     return workbench_.FolderObject(
         workbench_.profile.world.ChildAt(parent_, static_cast<size_t>(position - 1)));
@@ -104,11 +114,11 @@ class WorkbenchSession final : public NameSpace {
   explicit WorkbenchSession(Workbench& workbench) : workbench_(workbench) {}
 
   std::shared_ptr<OutlookApplication> Application() override {
-    workbench_.Calls().Enter("Sess.Application", Kind::Read);
+    if (workbench_.Calls().Enter("Sess.Application", Kind::Read)) return nullptr;
     return MakeOutlook(workbench_);
   }
   std::shared_ptr<Recipient> CurrentUser() override {
-    workbench_.Calls().Enter("Sess.CurrentUser", Kind::Read);
+    if (workbench_.Calls().Enter("Sess.CurrentUser", Kind::Read)) return nullptr;
     return std::make_shared<WorkbenchUser>(workbench_);
   }
   std::string CurrentProfileName() override {
@@ -117,22 +127,25 @@ class WorkbenchSession final : public NameSpace {
   }
 
   std::shared_ptr<vexa::Folders> Folders() override {
-    workbench_.Calls().Enter("Sess.Folders", Kind::Read);
+    if (workbench_.Calls().Enter("Sess.Folders", Kind::Read)) return nullptr;
     return workbench_.FoldersObject(NoFolder);
   }
 
   FolderRef GetFolderFromID(const std::string& entryId, const std::string& storeId) override {
-    workbench_.Calls().Enter("Sess.GetFolderFromID", Kind::Action, [&] {
+    const bool nothing = workbench_.Calls().Enter("Sess.GetFolderFromID", Kind::Action, [&] {
       return "Sess.GetFolderFromID(" + QuotedText(entryId) + ", " + QuotedText(storeId) + ")";
     });
+    if (nothing) return nullptr;
     const FolderIndex found = World().Find(entryId, storeId);
     if (found == NoFolder) throw NotFound();
     return workbench_.FolderObject(found);
   }
 
   FolderRef GetDefaultFolder(int32_t defaultFolder) override {
-    workbench_.Calls().Enter("Sess.GetDefaultFolder", Kind::Action,
-                             [&] { return "Sess.GetDefaultFolder(" + std::to_string(defaultFolder) + ")"; });
+    const bool nothing = workbench_.Calls().Enter("Sess.GetDefaultFolder", Kind::Action, [&] {
+      return "Sess.GetDefaultFolder(" + std::to_string(defaultFolder) + ")";
+    });
+    if (nothing) return nullptr;
     const auto found = World().defaultFolders.find(defaultFolder);
     if (found == World().defaultFolders.end()) throw NotFound();
     return workbench_.FolderObject(found->second);
@@ -140,7 +153,8 @@ class WorkbenchSession final : public NameSpace {
 
   FolderRef PickFolder() override {
     // A picker that fails is never seen by the user; one that works is a line with its outcome.
-    workbench_.Calls().Enter("Sess.PickFolder", Kind::Action, [] { return "Sess.PickFolder()"; });
+    if (workbench_.Calls().Enter("Sess.PickFolder", Kind::Action, [] { return "Sess.PickFolder()"; }))
+      return nullptr;
     const std::optional<FolderIndex> picked = workbench_.User().PickFolder();
     const std::string outcome =
         "picked " + (picked ? QuotedText(World().PathOf(*picked)) : "nothing: cancel");

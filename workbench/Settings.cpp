@@ -90,7 +90,7 @@ std::vector<Value> ItemsOf(const CollectionRef<Value>& collection) {
   }
 #define VEXA_COLLECTION(place, Name, Type)                                                               \
   CollectionRef<Type> WorkbenchSettings::Get##Name() {                                                   \
-    workbench_.Calls().Enter("RS." #Name, Kind::Read);                                                   \
+    if (workbench_.Calls().Enter("RS." #Name, Kind::Read)) return nullptr;                               \
     return std::make_shared<SettingsCollection<Type>>(shared_from_this(), data.Name, workbench_.Calls(), \
                                                       #Name);                                            \
   }                                                                                                      \

@@ -23,13 +23,13 @@ class Workbench::ObjectFactory final : public AddinObjectFactory {
   explicit ObjectFactory(Workbench& workbench) : workbench_(workbench) {}
 
   RegSettingsRef CreateRegSettings() override {
-    workbench_.Calls().Enter("New RegSettings", CallLog::Kind::Action);
+    if (workbench_.Calls().Enter("New RegSettings", CallLog::Kind::Action)) return nullptr;
     auto settings = std::make_shared<WorkbenchSettings>(workbench_);
     newest = settings;
     return settings;
   }
   std::shared_ptr<MonitoredFolder> CreateMonitoredFolder() override {
-    workbench_.Calls().Enter("New MonitoredFolder", CallLog::Kind::Action);
+    if (workbench_.Calls().Enter("New MonitoredFolder", CallLog::Kind::Action)) return nullptr;
     return MakeMonitoredFolder(workbench_);
   }
 

@@ -189,6 +189,29 @@ void Generate(Console& console, const Words& words) {
                 << " deep\n";
 }
 
+/// NUMBER TEXT [SOURCE], or a word for what else may come of a call.
+Fault FaultOf(const std::string& member, std::span<const std::string> words) {
+  struct Way {
+    std::string_view word;
+    Fault::Kind kind;
+  };
+  static constexpr std::array<Way, 5> ways{{{"nothing", Fault::Kind::Nothing},
+                                            {"type", Fault::Kind::WrongType},
+                                            {"memory", Fault::Kind::OutOfMemory},
+                                            {"exception", Fault::Kind::Exception},
+                                            {"foreign", Fault::Kind::Foreign}}};
+  for (const Way& way : ways) {
+    if (!SameName(words[0], way.word)) continue;
+    if (words.size() > 1) throw ScriptError("nothing follows \"" + words[0] + "\"");
+    if (way.kind == Fault::Kind::Nothing && !CallLog::AnswersWithObject(member))
+      throw ScriptError(member + " does not answer with an object");
+    return Fault(way.kind);
+  }
+  const int32_t number = NumberWord(words[0], "the error number");
+  if (words.size() == 1) throw ScriptError("the text of error " + words[0] + " is missing");
+  return Error(number, words[1], words.size() > 2 ? words[2] : "VexaAddin");
+}
+
 void FailMember(Console& console, const Words& words) {
   const std::vector<std::string>& known = CallLog::KnownMembers();
   const auto member =
@@ -199,9 +222,7 @@ void FailMember(Console& console, const Words& words) {
   }
   const int32_t n = NumberWord(words[1], "which call fails");
   if (n < 1) throw ScriptError("the next call is number 1, not " + words[1]);
-  const int32_t number = NumberWord(words[2], "the error number");
-  console.Stage().calls.PlanFault(*member, n,
-                                  Error(number, words[3], words.size() > 4 ? words[4] : "VexaAddin"));
+  console.Stage().calls.PlanFault(*member, n, FaultOf(*member, std::span(words).subspan(2)));
 }
 
 void Trace(Console& console, const Words& words) {
@@ -326,7 +347,7 @@ constexpr auto Commands = std::to_array<Command>({
     {"unreadable", "PATH on|off", "make a folder's EntryID unreadable", 2, 2, Unreadable},
     {"excluded", "PATH on|off", "let the add-in exclude a folder's record when it is monitored", 2, 2,
      Excluded},
-    {"fail", "MEMBER N NUMBER TEXT [SOURCE]", "let the n-th call of a member from now fail", 4, 5,
+    {"fail", "MEMBER N NUMBER|WAY [TEXT [SOURCE]]", "let the n-th call of a member from now fail", 3, 5,
      FailMember},
     {"trace", "[clear | reads on|off]", "print the outside calls since the last clear", 0, 2, Trace},
     {"log", "[components]", "print the error log", 0, 1, ShowLog},

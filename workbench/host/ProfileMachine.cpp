@@ -29,7 +29,7 @@ bool Enters(const char* member, CallLog::Kind kind, DWORD code, MakeLine makeLin
   try {
     stage->calls.Enter(member, kind, makeLine);
     return true;
-  } catch (const Error&) {
+  } catch (...) {
     SetLastError(code);
     return false;
   }
