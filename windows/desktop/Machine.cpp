@@ -71,7 +71,15 @@ bool WindowsDesktop::FileExists(const std::string& path) {
 }
 
 void WindowsDesktop::CopyFileTo(const std::string& from, const std::string& to) {
-  CheckFile(CopyFileW(FilePath(from).c_str(), FilePath(to).c_str(), FALSE));
+  const std::wstring source = FilePath(from);
+  const std::wstring target = FilePath(to);
+  BOOL copied = CopyFileW(source.c_str(), target.c_str(), TRUE);
+  if (copied == FALSE && GetLastError() == ERROR_FILE_EXISTS) {
+    // What lies there is replaced, never written into: it might be a link to somewhere else.
+    DeleteFileW(target.c_str());
+    copied = CopyFileW(source.c_str(), target.c_str(), TRUE);
+  }
+  CheckFile(copied);
 }
 
 void WindowsDesktop::RemoveFile(const std::string& path) { CheckFile(DeleteFileW(FilePath(path).c_str())); }
