@@ -133,7 +133,7 @@ TEST_F(Atl, HostsTheControlByItsName) {
     workbench::Bench bench(workbench::ProfileWithFolderSet());
     const workbench::ClassRegistration classes(bench.exports);
     const HWND top =
-        CreateWindowExW(WS_EX_CONTROLPARENT, L"#32770", L"Container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+        CreateWindowExW(WS_EX_CONTROLPARENT, L"STATIC", L"Container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
                         560, 520, nullptr, nullptr, nullptr, nullptr);
     const HWND host = CreateWindowExW(WS_EX_CONTROLPARENT, L"AtlAxWin", ProgId, WS_CHILD | WS_VISIBLE, 0, 0,
                                       540, 440, top, nullptr, nullptr, nullptr);
