@@ -8,7 +8,8 @@ add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX STRICT
 add_compile_options(-fstack-protector-strong "$<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>"
                     -ffunction-sections -fdata-sections
                     -Wno-non-virtual-dtor)  # COM interfaces have no virtual destructor, by design
-add_link_options(-static -fstack-protector-strong LINKER:--gc-sections,--dynamicbase,--nxcompat)
+add_link_options(-static -fstack-protector-strong LINKER:--gc-sections,--dynamicbase,--nxcompat
+                 LINKER:--no-insert-timestamp)  # the same sources make the same file
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   add_compile_options(-fcf-protection=full)
   add_link_options(LINKER:--high-entropy-va)

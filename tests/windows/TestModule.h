@@ -1,4 +1,5 @@
-// Where the tests find the module that they test: VexaControls.dll, beside the test program.
+// Where the tests find the module that they test: VexaControls.dll, beside the test program; or the one that
+// an installer has put elsewhere and registered, which VEXA_INSTALLED_MODULE names.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +9,16 @@
 
 namespace vexa::windows {
 
+/// Empty when none is installed.
+inline std::wstring InstalledModulePath() {
+  std::array<wchar_t, 32768> path{};
+  const DWORD length =
+      GetEnvironmentVariableW(L"VEXA_INSTALLED_MODULE", path.data(), static_cast<DWORD>(path.size()));
+  return {path.data(), length};
+}
+
 inline std::wstring TestedModulePath() {
+  if (const std::wstring installed = InstalledModulePath(); !installed.empty()) return installed;
   std::array<wchar_t, 32768> path{};
   const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
   const std::wstring program(path.data(), length);

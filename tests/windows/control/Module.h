@@ -9,13 +9,14 @@
 #include <string>
 
 #include "VexaControls.h"
+#include "tests/windows/TestModule.h"
 #include "windows/com/Com.h"
 
 namespace vexa::windows {
 
 class Module {
  public:
-  Module() : handle_(LoadLibraryW(L"VexaControls.dll")) {}
+  Module() : handle_(LoadLibraryW(TestedModulePath().c_str())) {}
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
   ~Module() { FreeLibrary(handle_); }
