@@ -117,6 +117,7 @@ void ReadTree(HWND tree, HTREEITEM first, int depth, std::vector<NodeState>& nod
 /// A place where the tree sees the wanted part of an item: its text, its box, or what expands it.
 POINT PlaceOf(HWND tree, HTREEITEM item, UINT part) {
   Send(tree, TVM_ENSUREVISIBLE, 0, item);
+  UpdateWindow(tree);  // where the parts of an item are, the tree knows once it has drawn it
   RECT area{};
   std::memcpy(&area, &item, sizeof(void*));  // the message takes the item where it puts the place
   Send(tree, TVM_GETITEMRECT, FALSE, &area);
