@@ -26,7 +26,7 @@ const Fault* CallLog::TakeFault(std::string_view member) {
 
 void CallLog::Throw(const Fault& fault) {
   switch (fault.kind) {
-    case Fault::Kind::Error:
+    case Fault::Kind::Raised:
       throw Error(fault.error);
     case Fault::Kind::Nothing:
       return;
@@ -43,7 +43,7 @@ void CallLog::Throw(const Fault& fault) {
 
 std::string CallLog::FaultMark(const Fault& fault) {
   switch (fault.kind) {
-    case Fault::Kind::Error:
+    case Fault::Kind::Raised:
       break;
     case Fault::Kind::Nothing:
       return " !! no object";

@@ -17,17 +17,17 @@ namespace vexa::workbench {
 /// How a call fails.
 struct Fault {
   enum class Kind {
-    Error,      // with number, description and source
+    Raised,     // an error with number, description and source
     Nothing,    // there is no object; for members that answer with one
     WrongType,  // the answer is of no type that could be used
     OutOfMemory,
     Exception,  // of the C++ library, with the description
     Foreign,    // an exception of a type that nobody knows
   };
-  Fault(Error theError) : error(std::move(theError)) {}  // NOLINT(google-explicit-constructor)
+  Fault(Error theError) : error(std::move(theError)) {}  // NOLINT(bugprone-throw-keyword-missing)
   explicit Fault(Kind theKind) : kind(theKind) {}
 
-  Kind kind = Kind::Error;
+  Kind kind = Kind::Raised;
   Error error;
 };
 

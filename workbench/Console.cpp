@@ -134,10 +134,11 @@ void Console::AsHost(const std::function<void()>& call) {
 
 void Console::Load(const std::string& path) {
   RequireNoForm();
-  SetStage(ReadProfile(path), path);
+  Load(ReadProfile(path), path);
 }
 
-void Console::SetStage(Profile profile, const std::string& path) {
+void Console::Load(Profile profile, const std::string& path) {
+  RequireNoForm();
   driver_.reset();
   stage_ = std::make_unique<vexa::workbench::Stage>(std::move(profile), path, language_, *this, *this);
   driver_ = makeDriver_(*this, *stage_);
@@ -153,7 +154,7 @@ void Console::SetLanguage(int32_t language) {
   if (stage_ == nullptr) return;
   Profile profile = std::move(stage_->workbench.profile);
   const std::string path = stage_->files.ProfilePath();
-  SetStage(std::move(profile), path);
+  Load(std::move(profile), path);
 }
 
 void Console::RequireNoDialog() const {

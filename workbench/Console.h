@@ -49,6 +49,8 @@ class Console final : public ModalWindows, public UserAnswers {
 
   /// Opens a profile in place of the one before. Error: ScriptError while a form is open.
   void Load(const std::string& path);
+  /// The same with a profile that is there already; `path` is where Apply saves it.
+  void Load(Profile profile, const std::string& path);
   /// The language of the pages made from now on, whatever the profiles say.
   void SetLanguage(int32_t language);
   /// The stage; ScriptError when no profile is loaded.
@@ -99,7 +101,6 @@ class Console final : public ModalWindows, public UserAnswers {
  private:
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
-  void SetStage(Profile profile, const std::string& path);
   void Fail(const std::string& message);
   bool ReadLine(std::string& line, const std::string& prompt);
   /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it

@@ -1,604 +1,502 @@
-// Every outside call of every action of the page and its dialogs, failing once in turn. Whatever fails: no
-// crash, the error ends where it must with its trail, and what is stored is what the action is known to
-// leave.
+// Every outside call of everything that a user and the add-in can do, failing once in every way. The screens
+// are found by walking: from the page on, each verb on each control that can be used, once for each form as
+// it looks when it opens. Whatever fails: nothing crashes or leaks, the error ends at the user's action, with
+// its trail, or comes out where the add-in called; nothing is stored but what had been stored before the
+// failure; and the same action works afterwards, or the dialog can be cancelled.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
 #include <set>
+#include <sstream>
 
-#include "dialogs/frmAdvanced.h"
-#include "dialogs/frmBackgroundAdjust.h"
-#include "dialogs/frmCacheAdjust.h"
-#include "dialogs/frmFolders.h"
-#include "dialogs/frmSharedFolders.h"
-#include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
+#include "tests/walk/Walk.h"
+#include "workbench/FormState.h"
 
 namespace vexa::workbench {
 namespace {
 
-struct Failed {
-  std::string member;
-  int n;
+using Path = std::vector<Step>;
+
+constexpr const char* ProfileFile = "sweep.json";
+
+struct Way {
+  const char* name;
+  Fault fault;
+  int32_t number;  // of the error that it becomes
+  const char* description;
+};
+const std::vector<Way>& Ways() {
+  static const std::vector<Way> ways{
+      {"error", Error(4711, "planned", "Outside"), 4711, "planned"},
+      {"error without a text", Error(4712, "", ""), 4712, ""},
+      {"wrong type", Fault(Fault::Kind::WrongType), 13, "Type mismatch"},
+      {"no object", Fault(Fault::Kind::Nothing), 91, "Object variable not set"},
+      {"out of memory", Fault(Fault::Kind::OutOfMemory), 7, "Out of memory"},
+      {"exception", Fault(Fault::Kind::Exception), 51, "Internal error: "},
+      {"foreign exception", Fault(Fault::Kind::Foreign), 51, "Internal error"},
+  };
+  return ways;
+}
+
+/// Two folder sets with their routing, two monitored folders, an error log, and a folder of each kind.
+Profile MakeProfile() {
+  Profile profile = Scene::MakeProfile();
+  World& world = profile.world;
+  const FolderIndex root = world.FindPath("P");
+  world.AddFolder(0, root, "A", "a", ItemType::Appointment);
+  world.AddFolder(0, root, "T", "t", ItemType::Task);
+  world.defaultFolders[6] = world.AddFolder(0, root, "Inbox", "i", ItemType::Mail);
+  SettingsData& settings = profile.settings;
+  settings.SharedCalEntryIDs = {"a", ""};
+  settings.SharedCalStoreIDs = {"S", ""};
+  settings.LoggingMethod = 3;
+  settings.MonitoredFolderCount = 2;
+  settings.MonitoredFolderEntryIDs = {"c1", "6"};
+  settings.MonitoredFolderStoreIDs = {"S", ""};
+  settings.MonitoredFolderItemTypes = {2, 0x40000020};
+  settings.EnterpriseSettingsPresent = true;
+  settings.RecordsPerDownload = 7;
+  settings.ErrorLogPath = "C:\\Bin\\VEXAERRORS.MDB";
+  settings.DelayNewItems = 2000;
+  return profile;
+}
+
+std::string Printed(const Form& form) {
+  std::ostringstream text;
+  Print(text, StateOf(form));
+  return text.str();
+}
+
+/// The first line of each that the other does not have.
+std::string DifferenceOf(const std::string& now, const std::string& then) {
+  const auto extra = [](const std::string& text, const std::string& other) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+      if (("\n" + other + "\n").find("\n" + line + "\n") == std::string::npos) return line;
+    }
+    return std::string();
+  };
+  return now == then ? ""
+                     : "the same again has another outcome: \"" + extra(now, then) + "\" for \"" +
+                           extra(then, now) + "\"";
+}
+
+/// Runs steps, answering what is asked in the friendliest way that leads on.
+class Rehearsal : public FedConsole {
+ public:
+  explicit Rehearsal(Path path) : path_(std::move(path)) {
+    static const Profile profile = MakeProfile();
+    TheConsole().Load(profile, ProfileFile);
+    std::ofstream(LogFile()) << "a log\n";
+  }
+
+  /// What is to be seen and what is stored.
+  std::string State() {
+    std::ostringstream text;
+    for (const auto& form : TheConsole().OpenForms()) Print(text, form->State());
+    Stage& stage = TheConsole().Stage();
+    if (const SettingsData* const working = stage.workbench.WorkingCopy()) {
+      VisitSettings(*working, [&](std::string_view name, const auto& value) {
+        text << name << "=";
+        if constexpr (requires { value.size() && value.begin() != value.end(); }) {
+          for (const auto& item : value) text << item << ",";
+        } else {
+          text << value;
+        }
+        text << "\n";
+      });
+    }
+    if (const OutlookPropertiesPage* const page = stage.Page()) {
+      text << page->PropertyPage_Dirty() << page->PageActive() << page->SearchNowPending;
+    }
+    return text.str();
+  }
+  CallLog& Calls() { return TheConsole().Stage().calls; }
+  static std::string LogFile() { return std::string(ProfileFile) + ".files/C/Bin/VEXAERRORS.MDB"; }
+
+ protected:
+  std::optional<Step> NextOfPath() {
+    if (next_ == path_.size()) return std::nullopt;
+    asked_ = 0;
+    return path_[next_++];
+  }
+  std::string Answer(const std::string& choices) override {
+    if (choices == "FOLDER|cancel|fail") return "D:\\logs";
+    if (choices == "CODE") return "42";
+    if (choices != "PATH|cancel") return choices.substr(0, choices.find('|'));
+    // One folder after the other until one fits; a repeated step knows which it was.
+    const std::vector<std::string>& known = path_[next_ - 1].answers;
+    const auto& world = TheConsole().Stage().workbench.profile.world;
+    if (!known.empty() && asked_++ == 0) return SplitWords(known.back()).back();
+    const auto folder = static_cast<FolderIndex>(asked_++);
+    return folder < world.FolderNodes().size() ? world.PathOf(folder) : "cancel";
+  }
+
+  Path path_;
+  size_t next_ = 0;
+  size_t asked_ = 0;
 };
 
-/// The members that `action` calls, each with how often: what there is to fail.
-std::vector<Failed> CallsOf(const std::function<void(Scene&)>& prepare,
-                            const std::function<void(Scene&)>& action) {
-  std::vector<Failed> failures;
-  for (const std::string& member : CallLog::KnownMembers()) {
-    for (int n = 1;; ++n) {
-      Scene scene;
-      prepare(scene);
-      scene.stage.calls.PlanFault(member, n, Error(4711, "planned", "Outside"));
-      action(scene);
-      if (scene.stage.calls.FaultsPlanned() > 0) break;  // fewer than n calls
-      failures.push_back({member, n});
+/// Which of the trace's lines change the settings, by their members.
+std::vector<std::string> WritesIn(const std::vector<std::string>& lines) {
+  std::vector<std::string> writes;
+  for (const std::string& line : lines) {
+    const size_t end = line.find_first_of(" (:");
+    const std::string member = line.substr(0, end);
+    if (line.find(" !! ") != std::string::npos || !member.starts_with("RS.") || end == std::string::npos)
+      continue;
+    const std::string_view rest = std::string_view(line).substr(end);
+    if (rest.starts_with(" = ") || rest.starts_with(" := ")) writes.push_back(member + "=");
+    if (member.ends_with(".Add") || member.ends_with(".Remove")) writes.push_back(member);
+  }
+  return writes;
+}
+
+/// An action, where it was taken, and what comes of it when nothing fails.
+struct Deed {
+  Path path;          // the last step is the action
+  std::string form;   // the top one before
+  std::string after;  // the top one then
+  std::string pressed;
+  std::vector<std::string> members;  // called by it, in order
+  std::vector<std::string> writes;
+  std::string state;
+  size_t dialogs = 0;
+};
+
+/// Takes a path once, without failures, and looks around at its end.
+class Look final : public Rehearsal {
+ public:
+  using Rehearsal::Rehearsal;
+  Deed deed;
+  std::string identity;  // how the top form looked when it opened
+  std::vector<Action> beyond;
+  bool triedFolders = false;
+
+ private:
+  std::optional<Step> Next(const std::string&) override {
+    if (next_ > 0) Note();
+    const bool last = next_ + 1 == path_.size();
+    if (last) {
+      Calls().Clear();
+      Calls().SetObserver([this](std::string_view member) { deed.members.emplace_back(member); });
+      if (const Form* const top = Top()) {
+        deed.form = top->Name();
+        deed.pressed = path_.back().form.empty() ? "" : ButtonPressedBy(*top, path_.back());
+      }
     }
+    std::optional<Step> step = NextOfPath();
+    if (!step) {
+      Calls().SetObserver({});
+      deed.path = path_;
+      deed.writes = WritesIn(Calls().Lines());
+      deed.state = State();
+      deed.dialogs = TheConsole().OpenDialogs().size();
+      if (Top() != nullptr) deed.after = Top()->Name();
+      if (Top() != nullptr) beyond = ActionsOn(*Top());
+      std::erase_if(beyond, [](const Action& action) {
+        return action.control != nullptr && !action.control->IsUsable();
+      });
+      if (Top() != nullptr)
+        identity = Top() == TheConsole().Stage().Page() ? Top()->Name() : identities_[Top()];
+    }
+    return step;
   }
-  return failures;
+  void Note() {
+    // Of the folders that were tried the last one fitted: the next time it is the only one.
+    std::vector<std::string>& answers = path_[next_ - 1].answers;
+    const auto isPick = [](const std::string& answer) { return answer.starts_with("answer pick"); };
+    triedFolders = std::ranges::count_if(current_.answers, isPick) > 1;
+    for (const std::string& answer : current_.answers) {
+      if (isPick(answer)) answers = {answer};
+    }
+    std::map<const Form*, std::string> now;
+    for (const Dialog* const dialog : TheConsole().OpenDialogs()) {
+      const auto known = identities_.find(dialog);
+      now[dialog] = known == identities_.end() ? Printed(*dialog) : known->second;
+    }
+    identities_ = std::move(now);
+  }
+  std::map<const Form*, std::string> identities_;
+};
+
+/// Whether the n-th call of an action may fail without a word: as each of these is meant to.
+bool IsPassedOver(const Deed& deed, size_t n, const Way& way) {
+  const std::string& member = deed.members[n - 1];
+  const std::string& line = deed.path.back().line;
+  const bool page = deed.form.empty() || deed.form == "OutlookPropertiesPage";
+  // The page on its way out, Apply, the help, and drawing.
+  if (line == "hide" || line == "release" || line == "apply" || deed.pressed == "cmdHelp" ||
+      member == "View.Refresh")
+    return true;
+  // Nothing is an answer like any other: cancelled, at the top, no context.
+  if (way.fault.kind == Fault::Kind::Nothing &&
+      (member == "Sess.PickFolder" || member == "Folder.Parent" || member == "App.FolderSetContext"))
+    return true;
+  // The editor opens and stores statement by statement.
+  if ((page && deed.after == "frmEditFolderset") ||
+      (deed.form == "frmEditFolderset" && deed.pressed == "cmdOk"))
+    return true;
+  // What cannot be found is not there. The session is asked for at first by what the user wants; later to
+  // look.
+  if (member == "Sess.GetFolderFromID" || member == "Sess.GetDefaultFolder" || member == "Folder.EntryID")
+    return true;
+  const bool looks = n > 1 || (deed.form == "frmSharedFolders" && deed.pressed == "cmdOk");
+  if (member == "App.Session" && looks) return true;
+  if (deed.after == "frmSharedFolders" && deed.form != deed.after)
+    return member == "App.Utilities" || member == "Util.GetFolderPath";
+  // Buttons stay as they are when the access cannot be told.
+  return page && member == "RS.CanWrite";
 }
 
-/// Runs the action once for each of its outside calls, with that call failing, and checks what is left.
-void Sweep(size_t atLeast, const std::function<void(Scene&)>& prepare,
-           const std::function<void(Scene&)>& action, const std::function<void(Scene&)>& check) {
-  const std::vector<Failed> failures = CallsOf(prepare, action);
-  EXPECT_GE(failures.size(), atLeast) << "the sweep must reach every call";
-  for (const auto& [member, n] : failures) {
-    SCOPED_TRACE(member + " call " + std::to_string(n));
-    Scene scene;
-    prepare(scene);
-    scene.stage.calls.PlanFault(member, n, Error(4711, "planned", "Outside"));
-    action(scene);
-    check(scene);
-  }
+/// An action of the page or the editor that works on the lists of folder sets one by one.
+bool IsPiecemeal(const Deed& deed) {
+  return deed.pressed == "cmdRemove" || (deed.pressed == "cmdOk" && deed.form == "frmEditFolderset");
 }
 
-void Nothing(Scene&) {}
+/// Takes the path with the n-th call of its last step failing, and then the last step once more, or cancels.
+class Trial final : public Rehearsal {
+ public:
+  Trial(const Deed& deed, int n, const Way& way, bool again)
+      : Rehearsal(deed.path), deed_(deed), n_(n), way_(way), again_(again) {}
 
-TEST(FaultSweep, InitializeLetsEveryErrorOutOrPassesItOver) {
-  const auto initialize = [](Scene& scene) {
-    OutlookPropertiesPage& page = scene.stage.CreatePage();
-    bool failed = false;
+  std::string Flaw() {
     try {
-      page.Initialize(scene.stage.workbench.Addin());
-    } catch (const Error& error) {
-      failed = true;
-      EXPECT_EQ(error.Number, 4711);
-      EXPECT_TRUE(error.Source.starts_with("Outside\r\n-->")) << error.Source;
-      EXPECT_TRUE(error.Source.ends_with("OutlookPropertiesPage.Initialize")) << error.Source;
+      Run();
+      if (flaw_.empty()) flaw_ = Invariants::AtTheEnd(*this);
+    } catch (...) {
+      flaw_ = "an exception came out of a command: " + CurrentError().Description;
     }
-    EXPECT_EQ(page.PageActive(), !failed);
-    EXPECT_EQ(scene.TakeSeen(), "") << "no box while the page starts";
-  };
-  Sweep(40, Nothing, initialize, [](Scene& scene) {
-    EXPECT_EQ(scene.Writes(), "");
-    scene.Page().Initialize(scene.stage.workbench.Addin());  // the same again works
-    EXPECT_TRUE(scene.Page().PageActive());
-    EXPECT_EQ(scene.Page().gd.RowCount(), 2);
-  });
-}
+    return flaw_;
+  }
 
-TEST(FaultSweep, ApplyKeepsItsErrorsToItself) {
-  const auto prepare = [](Scene& scene) {
-    scene.Open().SetDirty();
-    scene.Page().SearchNowPending = true;
-    scene.stage.calls.Clear();
-  };
-  const auto apply = [](Scene& scene) { scene.Page().PropertyPage_Apply(); };
-  Sweep(40, prepare, apply, [](Scene& scene) {
-    EXPECT_EQ(scene.TakeSeen(), "");
-    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-    const bool reachedScanner = scene.stage.workbench.profile.addin.scanning;
-    EXPECT_EQ(scene.Page().SearchNowPending, !reachedScanner) << "a search that was not started still waits";
-    EXPECT_TRUE(scene.Page().PageActive() || reachedScanner)
-        << "only a failing fresh start makes it inactive";
-    scene.Page().Initialize(scene.stage.workbench.Addin());
-    scene.Page().PropertyPage_Apply();
-    EXPECT_TRUE(scene.stage.workbench.profile.addin.scanning);
-  });
-}
-
-TEST(FaultSweep, RemoveShowsItsErrorAndGoesNoFurther) {
-  const auto prepare = [](Scene& scene) { scene.Open(); };
-  const auto remove = [](Scene& scene) { scene.Click(scene.Page(), scene.Page().cmdRemove); };
-  Sweep(16, prepare, remove, [](Scene& scene) {
-    const std::string seen = scene.TakeSeen();
-    const bool told = scene.Page().PropertyPage_Dirty();
-    if (!seen.empty()) {
-      EXPECT_NE(seen.find("Error Number: 4711|nDescription: planned|n|nSource: Outside"), std::string::npos)
-          << seen;
-      EXPECT_NE(seen.find("OutlookPropertiesPage.cmdRemove_Click"), std::string::npos) << seen;
-    } else {
-      EXPECT_TRUE(told) << "an error that was passed over changes nothing";
+ private:
+  std::optional<Step> Next(const std::string& output) override {
+    if (phase_ == 0 && next_ == path_.size()) flaw_ = AfterFailure(output);
+    if (phase_ == 1) flaw_ = AfterAll(output);
+    if (!flaw_.empty()) return std::nullopt;
+    if (next_ == path_.size()) return phase_++ == 0 ? Aftermath() : std::nullopt;
+    std::optional<Step> step = NextOfPath();
+    if (next_ == path_.size()) {
+      Calls().Clear();
+      Calls().PlanFault(CallLog::AnyMember, n_, way_.fault);
+      const OutlookPropertiesPage* const page = TheConsole().Stage().Page();
+      dirty_ = page != nullptr && page->PropertyPage_Dirty();
+      stored_ = TheConsole().Stage().workbench.profile.settings;
+      if (const SettingsData* const working = TheConsole().Stage().workbench.WorkingCopy())
+        working_ = *working;
+      dialogs_ = TheConsole().OpenDialogs().size();
+      for (const auto& form : TheConsole().OpenForms()) forms_[form->Name()] = form->Controls();
     }
-    const SettingsData& working = scene.Working();
-    EXPECT_EQ(working.SharedCalEntryIDs.size(), 2U) << "routing stays in any case";
-    EXPECT_EQ(working.FolderSetFlags, (std::vector<int32_t>{1, 3}));
-  });
-}
+    return step;
+  }
 
-TEST(FaultSweep, AddAndChangeEndWithAUsablePage) {
-  const auto prepare = [](Scene& scene) { scene.Open(); };
-  const auto add = [](Scene& scene) {
-    scene.AddFolderSet("P/C3", "P/J");
-    EXPECT_TRUE(scene.dialogs.empty() || !scene.TakeSeen().empty())
-        << "the editor did not open without a word";
-    scene.dialogs.clear();
-  };
-  const auto change = [](Scene& scene) {
-    scene.InNextDialog([&scene](Dialog& dialog) {
-      auto& editor = static_cast<frmEditFolderset&>(dialog);
-      scene.Pick({"P/C3"});
-      scene.Click(editor, editor.cmdSelContact);
-      scene.Click(editor, editor.cmdOk);
-    });
-    scene.Click(scene.Page(), scene.Page().cmdChange);
-  };
-  const auto check = [](Scene& scene) {
-    scene.dialogs.clear();
-    scene.picks.clear();
-    // The page goes on: a fresh start shows what is stored, and the next change arrives.
-    scene.Page().Initialize(scene.stage.workbench.Addin());
-    scene.Click(scene.Page(), scene.Page().cmdRemove);
-    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-    EXPECT_EQ(scene.Working().ContactEntryIDs, (std::vector<std::string>{"c2"}));
-  };
-  Sweep(60, prepare, add, check);
-  Sweep(60, prepare, change, check);
-}
-
-TEST(FaultSweep, CancelAndCloseWriteNothingWhateverFails) {
-  for (const bool close : {false, true}) {
-    const auto prepare = [](Scene& scene) {
-      scene.Open();
-      scene.stage.calls.Clear();
+  /// The report of an error in a message box, taken apart; nothing wrong with it: empty.
+  std::string FlawOfReport(const std::string& line) {
+    const auto part = [&](const std::string& from, const std::string& to) {
+      const size_t start = line.find(from);
+      if (start == std::string::npos) return std::string("(missing)");
+      return line.substr(start + from.size(), line.find(to, start) - start - from.size());
     };
-    const auto editAndGiveUp = [close](Scene& scene) {
-      scene.InNextDialog([&scene, close](Dialog& dialog) {
-        auto& editor = static_cast<frmEditFolderset&>(dialog);
-        scene.Pick({"P/C3", "P/J", "P/E"});
-        scene.Click(editor, editor.cmdSelContact);
-        scene.Click(editor, editor.cmdSelJourn);
-        scene.Click(editor, editor.chkEmail);
-        if (close) dialog.CloseWindow();
-        if (!close) scene.Click(editor, editor.cmdCancel);
-        EXPECT_FALSE(dialog.IsShowing());
-        EXPECT_TRUE(editor.Cancelled());
-      });
-      scene.Click(scene.Page(), scene.Page().cmdAdd);
-      scene.dialogs.clear();
-    };
-    Sweep(25, prepare, editAndGiveUp, [](Scene& scene) {
-      EXPECT_EQ(scene.Writes(), "");
-      EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
-    });
+    const std::string number = part("Error Number: ", "|n");
+    const std::string description = part("|nDescription: ", "|n|nSource: ");
+    const std::string trail = part("|nPropogation Trail (for tech support): ", "\" -> ");
+    const bool ours = number == std::to_string(way_.number);
+    if (ours) ++reports_;
+    const bool named =
+        description.starts_with(way_.description) || Called("Shell.BrowseForFolder");  // says it itself
+    if (ours && !named) return "the description is another one: " + line;
+    const std::string last = trail.substr(trail.rfind('>') + 1);
+    const size_t point = last.find('.');
+    const std::string procedure = point == std::string::npos ? "" : last.substr(point + 1);
+    const std::string control = procedure.substr(0, procedure.rfind('_'));
+    const auto form = forms_.find(last.substr(0, point));
+    const bool isAction = form != forms_.end() && std::ranges::any_of(form->second, [&](const auto& known) {
+                            return known.name == control;
+                          });
+    return isAction ? "" : "the trail does not end at the action: " + line;
   }
-}
 
-TEST(FaultSweep, TrackingOptionsShowTheirErrorAndCanBeOpenedAgain) {
-  const auto prepare = [](Scene& scene) {
-    scene.Open();
-    scene.stage.calls.Clear();
-  };
-  const auto change = [](Scene& scene) {
-    bool shown = false;
-    scene.InNextDialog([&](Dialog& dialog) {
-      shown = true;
-      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
-      UserActions user(tracking);
-      user.Choose(tracking.optPersonal);
-      user.Click(tracking.chkAudit);
-      user.Click(tracking.chkSearchNow);
-      user.Type(tracking.txtCategories, "A");
-      scene.TakeSeen();
-      user.Click(tracking.cmdOk);
-      EXPECT_NE(dialog.IsShowing(), scene.seen.empty()) << "stays open with its error, closes without one";
-      EXPECT_TRUE(tracking.cmdOk.Enabled());
-    });
-    scene.Click(scene.Page(), scene.Page().cmdTracking);
-    scene.dialogs.clear();
-    EXPECT_TRUE(shown || !scene.Page().PropertyPage_Dirty());
-  };
-  // Nine settings to write, twelve reads, and the host that is told.
-  Sweep(22, prepare, change, [&change](Scene& scene) {
-    const std::string seen = scene.TakeSeen();
-    EXPECT_EQ(std::ranges::count(seen, '\n'), 1) << seen;
-    EXPECT_NE(seen.find("Error Number: 4711|nDescription: planned|n|nSource: Outside"), std::string::npos)
-        << seen;
-    EXPECT_TRUE(seen.find("frmTrackingOptions.cmdOk_Click") != std::string::npos ||
-                seen.find("OutlookPropertiesPage.cmdTracking_Click") != std::string::npos)
-        << seen;
-    change(scene);  // the same again works
-    EXPECT_EQ(scene.Working().LoggingMethod, 2);
-    EXPECT_EQ(scene.Working().TrackedCategories, "a");
-    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-  });
-}
-
-TEST(FaultSweep, TrackingOptionsWriteNothingWhenGivenUpWhateverFails) {
-  const auto prepare = [](Scene& scene) {
-    scene.Open();
-    scene.stage.calls.Clear();
-  };
-  const auto giveUp = [](Scene& scene) {
-    scene.InNextDialog([](Dialog& dialog) {
-      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
-      UserActions user(tracking);
-      user.Choose(tracking.optPersonal);
-      user.Click(tracking.chkSearchNow);
-      user.Click(tracking.cmdCancel);
-      EXPECT_FALSE(dialog.IsShowing());
-    });
-    scene.Click(scene.Page(), scene.Page().cmdTracking);
-    scene.dialogs.clear();
-  };
-  Sweep(14, prepare, giveUp, [](Scene& scene) {
-    EXPECT_EQ(scene.Writes(), "");
-    EXPECT_FALSE(scene.Page().SearchNowPending);
-  });
-}
-
-TEST(FaultSweep, TheFolderPickerLeavesTheTrackingOptionsUsable) {
-  const auto prepare = [](Scene& scene) {
-    SettingsData& settings = scene.stage.workbench.profile.settings;
-    settings.LoggingMethod = 3;
-    settings.MonitoredFolderCount = 1;
-    settings.MonitoredFolderEntryIDs = {"c1"};
-    settings.MonitoredFolderStoreIDs = {"S"};
-    settings.MonitoredFolderItemTypes = {2};
-    scene.Open();
-    scene.stage.calls.Clear();
-  };
-  const auto pick = [](Scene& scene) {
-    scene.InNextDialog([&scene](Dialog& dialog) {
-      auto& tracking = static_cast<frmTrackingOptions&>(dialog);
-      bool picked = false;
-      scene.InNextDialog([&](Dialog& opened) {
-        auto& picker = dynamic_cast<frmFolders&>(opened);
-        UserActions user(picker);
-        const Tree::Node store = picker.tvFolders.Find(FolderKey("R", "S"));
-        if (store != Tree::NoNode) user.Expand(picker.tvFolders, store, true);
-        const Tree::Node journal = picker.tvFolders.Find(FolderKey("j", "S"));
-        if (journal != Tree::NoNode) user.CheckNode(picker.tvFolders, journal, true);
-        user.Click(picker.cmdOk);
-        picked = !opened.IsShowing();
-      });
-      scene.TakeSeen();
-      scene.Click(tracking, tracking.cmdFolders);
-      scene.dialogs.clear();
-      EXPECT_TRUE(tracking.IsShowing());
-      EXPECT_EQ(tracking.cmdOk.Enabled(), picked) << "a change is what the picker's OK has carried out";
-      EXPECT_LE(std::ranges::count(scene.seen, '\n'), 1) << scene.seen;
-      scene.Click(tracking, tracking.cmdCancel);
-      EXPECT_FALSE(tracking.IsShowing());
-    });
-    scene.Click(scene.Page(), scene.Page().cmdTracking);
-    scene.dialogs.clear();
-  };
-  Sweep(60, prepare, pick, [&pick](Scene& scene) {
-    pick(scene);  // the same again works, beside what a record that failed halfway has left
-    const std::vector<std::string>& ids = scene.Working().MonitoredFolderEntryIDs;
-    const std::vector<std::string>& stores = scene.Working().MonitoredFolderStoreIDs;
-    ASSERT_EQ(stores.size(), ids.size());
-    EXPECT_EQ(scene.Working().MonitoredFolderItemTypes.size(), ids.size());
-    int found = 0;
-    for (size_t i = 0; i < ids.size(); ++i) found += ids[i] == "j" && stores[i] == "S" ? 1 : 0;
-    EXPECT_EQ(found, 1);
-    EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-  });
-}
-
-/// Nothing was called after the call that failed, up to now.
-void ExpectNothingAfterTheFailure(Scene& scene) {
-  const std::vector<std::string>& lines = scene.stage.calls.Lines();
-  const auto failed = std::ranges::find_if(
-      lines, [](const std::string& line) { return line.find(" !! 4711") != std::string::npos; });
-  ASSERT_NE(failed, lines.end());
-  for (auto line = failed + 1; line != lines.end(); ++line) {
-    EXPECT_TRUE(line->starts_with("MSG[") || line->starts_with("RS.ErrorLogPath"))
-        << *line << " after " << *failed;
-  }
-}
-
-/// Presses a button of a dialog in which a call may fail; then the failure was shown under `procedure`, and
-/// the same again works. `ends`: the button closes the dialog.
-void PressUntilDone(Scene& scene, Dialog& dialog, Button& button, const std::string& procedure,
-                    bool ends = true) {
-  scene.TakeSeen();
-  scene.stage.calls.Clear();
-  scene.Click(dialog, button);
-  const std::string seen = scene.TakeSeen();
-  if (seen.find("4711") == std::string::npos) {
-    EXPECT_EQ(dialog.IsShowing(), !ends);
-    return;
-  }
-  EXPECT_NE(seen.find(procedure), std::string::npos) << seen;
-  EXPECT_TRUE(dialog.IsShowing());
-  EXPECT_TRUE(dialog.Enabled());
-  EXPECT_TRUE(button.Enabled());
-  ExpectNothingAfterTheFailure(scene);
-  scene.Click(dialog, button);
-  EXPECT_EQ(dialog.IsShowing(), !ends);
-  EXPECT_EQ(scene.TakeSeen().find("4711"), std::string::npos);
-}
-
-/// The page with its advanced settings open: `body` works there. Tries once more when opening them fails.
-void WithAdvanced(Scene& scene, const std::function<void(frmAdvanced&)>& body) {
-  bool shown = false;
-  for (const int attempt : {1, 2}) {
-    scene.InNextDialog([&](Dialog& dialog) {
-      shown = true;
-      body(dynamic_cast<frmAdvanced&>(dialog));
-    });
-    scene.Click(scene.Page(), scene.Page().cmdAdvanced);
-    if (shown) return;
-    const std::string seen = scene.TakeSeen();
-    EXPECT_NE(seen.find("frmAdvanced.Initialize-->OutlookPropertiesPage.cmdAdvanced_Click"),
-              std::string::npos)
-        << attempt << seen;
-    EXPECT_EQ(scene.Writes(), "") << "loading writes nothing";
-    scene.dialogs.clear();
-  }
-  FAIL() << "the advanced settings do not open the second time";
-}
-
-void OpenAndForget(Scene& scene) {
-  scene.Open();
-  scene.stage.calls.Clear();
-}
-
-TEST(FaultSweep, AdvancedOkStaysOpenWithWhatItHasWritten) {
-  const auto change = [](Scene& scene) {
-    WithAdvanced(scene, [&](frmAdvanced& dialog) {
-      scene.Click(dialog, dialog.chkShow);
-      scene.Click(dialog, dialog.chkUseEnterprise);
-      PressUntilDone(scene, dialog, dialog.cmdOk, "frmAdvanced.cmdOk_Click");
-      EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-    });
-  };
-  const auto prepare = [](Scene& scene) {
-    scene.stage.workbench.profile.settings.EnterpriseSettingsPresent = true;
-    OpenAndForget(scene);
-  };
-  Sweep(39, prepare, change, [](Scene& scene) {
-    SettingsData expected = scene.stage.workbench.profile.settings;
-    expected.ShowVexa2Buttons = true;
-    expected.IgnoreEnterpriseSettings = true;
-    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
-  });
-}
-
-TEST(FaultSweep, AdvancedMarksThePageOnlyWhenAllIsWritten) {
-  for (const char* member : {"RS.ShowVexa2Buttons=", "RS.LogLevel=", "RS.AutomaticErrorReporting="}) {
-    Scene scene;
-    OpenAndForget(scene);
-    WithAdvanced(scene, [&](frmAdvanced& dialog) {
-      scene.Click(dialog, dialog.chkShow);
-      scene.stage.calls.PlanFault(member, 1, Error(4711, "planned", "Outside"));
-      scene.Click(dialog, dialog.cmdOk);
-      EXPECT_TRUE(dialog.IsShowing());
-      scene.Click(dialog, dialog.cmdCancel);
-    });
-    EXPECT_FALSE(scene.Page().PropertyPage_Dirty()) << member;
-  }
-}
-
-TEST(FaultSweep, RestoringTheDefaultsCanBeTriedAgain) {
-  const auto prepare = [](Scene& scene) {
-    SettingsData& stored = scene.stage.workbench.profile.settings;
-    stored.QuickscanHours = 5;
-    stored.RecordsPerDownload = 7;
-    stored.BackgroundInterval = 7;
-    OpenAndForget(scene);
-  };
-  const auto restore = [](Scene& scene) {
-    WithAdvanced(scene, [&](frmAdvanced& dialog) {
-      // The hours' own handler asks for the access, too, and tells of its failure itself.
-      scene.Click(dialog, dialog.cmdDefault);
-      const std::string seen = scene.TakeSeen();
-      if (seen.find("4711") != std::string::npos) {
-        EXPECT_TRUE(seen.find("frmAdvanced.cmdDefault_Click") != std::string::npos ||
-                    seen.find("frmAdvanced.chkQuickscanHours_Click") != std::string::npos)
-            << seen;
-        scene.Click(dialog, dialog.cmdDefault);
+  std::string AfterFailure(const std::string& output) {
+    if (Calls().FaultsMet() != 1) return "the call is not made this time";
+    size_t told = 0;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("error ")) {
+        ++told;
+        if (!deed_.path.back().form.empty()) return "an error came out: " + line;
+        if (line.find("OutlookPropertiesPage.Initialize\"") == std::string::npos) return "no trail: " + line;
+      } else if (line.find("Error Number: ") != std::string::npos) {
+        ++told;
+        if (std::string flaw = FlawOfReport(line); !flaw.empty()) return flaw;
+      } else if (line.starts_with("MSG[critical")) {  // in its own words
+        ++told;
       }
-      EXPECT_TRUE(dialog.cmdOk.Enabled());
-      EXPECT_EQ(dialog.txtLogPath.Text(), "C:\\Program Files\\Tolvane\\Vexa\\Bin\\VEXAERRORS.MDB");
-      scene.TakeSeen();
-      scene.Click(dialog, dialog.chkWork);
-      EXPECT_NE(scene.TakeSeen().find("the next time you start Outlook"), std::string::npos)
-          << "prompts are back";
-    });
-  };
-  Sweep(32, prepare, restore, [](Scene& scene) {
-    SettingsData expected = scene.stage.workbench.profile.settings;
-    expected.RecordsPerDownload = 100;
-    expected.BackgroundInterval = 10;
-    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "") << "the rest waits for OK";
-    EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
-  });
-}
-
-TEST(FaultSweep, ChoosingTheLogsFolderCanBeTriedAgain) {
-  const auto choose = [](Scene& scene) {
-    scene.browse = {BrowseAnswer::Kind::Chosen, "D:\\logs"};
-    WithAdvanced(scene, [&](frmAdvanced& dialog) {
-      PressUntilDone(scene, dialog, dialog.cmdLocation, "frmAdvanced.cmdLocation_Click", false);
-      EXPECT_EQ(dialog.txtLogPath.Text(), "D:\\logs\\VEXAERRORS.MDB");
-      EXPECT_TRUE(dialog.cmdOk.Enabled());
-    });
-  };
-  Sweep(24, OpenAndForget, choose, [](Scene& scene) { EXPECT_EQ(scene.Writes(), ""); });
-}
-
-TEST(FaultSweep, TuningStaysOpenWithWhatItHasWritten) {
-  const auto tuneCache = [](Scene& scene) {
-    WithAdvanced(scene, [&](frmAdvanced& advanced) {
-      for (bool shown = false; !shown;) {
-        scene.InNextDialog([&](Dialog& dialog) {
-          shown = true;
-          auto& cache = dynamic_cast<frmCacheAdjust&>(dialog);
-          UserActions(cache).Type(cache.txtNumRecords, "50");
-          PressUntilDone(scene, cache, cache.cmdOk, "frmCacheAdjust.cmdOk_Click");
-        });
-        scene.Click(advanced, advanced.cmdAdjCache);
-        EXPECT_EQ(scene.TakeSeen().find("frmCacheAdjust.Initialize-->frmAdvanced.cmdAdjCache_Click") ==
-                      std::string::npos,
-                  shown);
-        scene.dialogs.clear();
-      }
-    });
-  };
-  Sweep(29, OpenAndForget, tuneCache, [](Scene& scene) {
-    SettingsData expected = scene.stage.workbench.profile.settings;
-    expected.RecordsPerDownload = 50;
-    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
-  });
-  const auto tuneWork = [](Scene& scene) {
-    WithAdvanced(scene, [&](frmAdvanced& advanced) {
-      for (bool shown = false; !shown;) {
-        scene.InNextDialog([&](Dialog& dialog) {
-          shown = true;
-          auto& background = dynamic_cast<frmBackgroundAdjust&>(dialog);
-          scene.Click(background, background.chkDelay);
-          EXPECT_TRUE(background.chkDelay.Checked());
-          EXPECT_TRUE(background.txtDelay.Enabled()) << "whatever the question about the delay came to";
-          PressUntilDone(scene, background, background.cmdOk, "frmBackgroundAdjust.cmdOk_Click");
-        });
-        scene.Click(advanced, advanced.cmdAdjBackground);
-        scene.dialogs.clear();
-      }
-    });
-  };
-  Sweep(31, OpenAndForget, tuneWork, [](Scene& scene) {
-    SettingsData expected = scene.stage.workbench.profile.settings;
-    expected.DelayNewItems = 2000;
-    EXPECT_EQ(Scene::Differences(expected, scene.Working()), "");
-  });
-}
-
-TEST(FaultSweep, SharedFoldersEndWithAUsableEditor) {
-  const auto prepare = [](Scene& scene) {
-    World& world = scene.stage.workbench.profile.world;
-    world.AddFolder(0, world.FindPath("P"), "Cal", "cal", ItemType::Appointment);
-    OpenAndForget(scene);
-  };
-  const auto route = [](Scene& scene) {
-    scene.InNextDialog([&](Dialog& dialog) {
-      auto& editor = static_cast<frmEditFolderset&>(dialog);
-      scene.InNextDialog([&](Dialog& inner) {
-        auto& shared = static_cast<frmSharedFolders&>(inner);
-        for (int attempt = 0; attempt < 2 && !shared.chkSCal.Checked(); ++attempt) {
-          scene.picks = {"P/Cal"};
-          scene.Click(shared, shared.chkSCal);
-        }
-        EXPECT_EQ(shared.txtSCal.Text(), "\\\\P\\Cal");
-        EXPECT_TRUE(shared.txtSCal.Enabled());
-        PressUntilDone(scene, shared, shared.cmdOk, "frmSharedFolders.cmdOk_Click");
-      });
-      scene.Click(editor, editor.cmdShared);
-      if (scene.dialogs.empty()) {
-        EXPECT_EQ(editor.SharedCalEntryID, "cal");
-      } else {
-        EXPECT_TRUE(!scene.TakeSeen().empty() || !editor.cmdShared.Enabled())
-            << "did not open without a word";
-        scene.dialogs.clear();
-      }
-      EXPECT_TRUE(editor.IsShowing());
-    });
-    scene.Click(scene.Page(), scene.Page().cmdChange);
-    scene.dialogs.clear();
-  };
-  Sweep(40, prepare, route,
-        [](Scene& scene) { EXPECT_EQ(scene.Writes(), "") << "the record is the editor's until its OK"; });
-}
-
-/// Opens the folder picker through the tracking options, does a bit of everything in it that makes outside
-/// calls, and ends it. What was seen by then is in `seenBeforeEnd`.
-void PickFolders(Scene& scene, bool ok, std::string& seenBeforeEnd) {
-  scene.InNextDialog([&, ok](Dialog& dialog) {
-    auto& tracking = static_cast<frmTrackingOptions&>(dialog);
-    UserActions user(tracking);
-    user.Choose(tracking.optCustom);
-    EXPECT_EQ(scene.TakeSeen(), "");
-    scene.InNextDialog([&scene, &seenBeforeEnd, ok](Dialog& inner) {
-      auto& picker = static_cast<frmFolders&>(inner);
-      UserActions inPicker(picker);
-      Tree& tree = picker.tvFolders;
-      const auto onFolder = [&](const char* entryID, const std::function<void(Tree::Node)>& action) {
-        const Tree::Node node = tree.Find(FolderKey(entryID, "S"));
-        if (node != Tree::NoNode) action(node);  // a folder whose entry id cannot be read has none
-      };
-      const auto checkItem = [&](const char* key, bool checked) {
-        inPicker.CheckNode(picker.tvItems, picker.tvItems.Find(key), checked);
-      };
-      inPicker.Click(picker.cmdClear);
-      inPicker.Expand(tree, tree.LastChild(Tree::NoNode), true);
-      onFolder("c1", [&](Tree::Node node) { inPicker.CheckNode(tree, node, true); });
-      checkItem("@135", true);
-      onFolder("c2", [&](Tree::Node node) { inPicker.ClickNode(tree, node); });
-      checkItem("@140", true);
-      inPicker.Click(picker.cmdAll);
-      checkItem("@135", false);
-      onFolder("c3", [&](Tree::Node node) { inPicker.CheckNode(tree, node, true); });
-      inPicker.Click(picker.cmdNone);
-      seenBeforeEnd = scene.TakeSeen();
-      inPicker.Click(ok ? picker.cmdOk : picker.cmdCancel);
-      EXPECT_NE(picker.IsShowing(), scene.seen.empty()) << "stays open with its error, closes without one";
-    });
-    user.Click(tracking.cmdFolders);
-    scene.dialogs.clear();
-    EXPECT_TRUE(tracking.IsShowing()) << "whatever happened, the tracking options go on";
-  });
-  scene.Click(scene.Page(), scene.Page().cmdTracking);
-  scene.dialogs.clear();
-}
-
-std::string Monitored(Scene& scene) {
-  const SettingsData& data = scene.Working();
-  std::string text = std::to_string(data.MonitoredFolderCount) + ":";
-  for (size_t i = 0; i < data.MonitoredFolderItemTypes.size(); ++i) {
-    text += " " + data.MonitoredFolderEntryIDs[i] + "/" + data.MonitoredFolderStoreIDs[i] + ":" +
-            std::to_string(data.MonitoredFolderItemTypes[i]);
-  }
-  return text;
-}
-
-TEST(FaultSweep, TheFolderPickerShowsEachErrorOnceAndStaysUsable) {
-  std::string seen;
-  const auto prepare = [](Scene& scene) {
-    scene.Open();
-    scene.stage.calls.Clear();
-  };
-  const auto pick = [&seen](Scene& scene) { PickFolders(scene, true, seen); };
-  Sweep(150, prepare, pick, [&](Scene& scene) {
-    seen += scene.TakeSeen();
-    // A folder that is left out, and one that is not compared with a default folder, say nothing.
-    EXPECT_LE(std::ranges::count(seen, '\n'), 2)
-        << "of the failure, and of a step that builds on it: " << seen;
-    if (!seen.empty()) {
-      EXPECT_NE(seen.find("Error Number: 4711|nDescription: planned|n|nSource: Outside"), std::string::npos)
-          << seen;
-      EXPECT_TRUE(seen.find("frmFolders.") != std::string::npos ||
-                  seen.find("frmTrackingOptions.") != std::string::npos ||
-                  seen.find("OutlookPropertiesPage.cmdTracking_Click") != std::string::npos)
-          << seen;
     }
-    pick(scene);  // the same again works
-    EXPECT_EQ(seen + scene.TakeSeen(), "");
-    EXPECT_EQ(Monitored(scene), "2: c1/S:3 c2/S:65534");
-  });
+    if (told == 0 && !IsPassedOver(deed_, static_cast<size_t>(n_), way_)) return "nobody was told";
+    if (told > 2) return "told more than once: " + output;
+    for (const Form* const form : Forms()) {
+      if (std::string flaw = FlawOf(*form); !flaw.empty()) return flaw;
+    }
+    const std::vector<std::string> writes = WritesIn(Calls().Lines());
+    const auto rest = IsPiecemeal(deed_) ? Missing(writes)
+                                         : std::ranges::mismatch(writes, deed_.writes).in1 != writes.end();
+    if (rest) return "wrote what it does not write otherwise, or in another order";
+    const Stage& stage = TheConsole().Stage();
+    const SettingsData& stored = stage.workbench.profile.settings;
+    if (stored != stored_ && !(deed_.path.back().line == "apply" && stored == working_))
+      return "the stored settings are neither the old nor the new";
+    const OutlookPropertiesPage* const page = stage.Page();
+    const bool stays = told > 0 && TheConsole().OpenDialogs().size() == dialogs_ && dialogs_ > 0;
+    if (stays && page->PropertyPage_Dirty() != dirty_ && !Called("Site.OnStatusChange"))
+      return "the page is dirty before all is written";
+    return {};
+  }
+
+  bool Called(const std::string& member) { return deed_.members[static_cast<size_t>(n_ - 1)] == member; }
+
+  /// Whether `writes` are no part of those without a failure, in their order.
+  bool Missing(const std::vector<std::string>& writes) const {
+    auto at = deed_.writes.begin();
+    for (const std::string& write : writes) {
+      at = std::find(at, deed_.writes.end(), write);
+      if (at == deed_.writes.end()) return true;
+      ++at;
+    }
+    return false;
+  }
+
+  std::optional<Step> Aftermath() {
+    Calls().Clear();
+    dialogs_ = TheConsole().OpenDialogs().size();
+    const Step& action = deed_.path.back();
+    const Form* const top = Top();
+    const std::vector<std::string> words = WordsOf(action);
+    const Control* const control = top != nullptr && words.size() > 1 ? top->FindControl(words[1]) : nullptr;
+    const bool possible =
+        Fits(action) && (control == nullptr || control->IsUsable()) && TheConsole().Stage().Page() != nullptr;
+    repeats_ = again_ && possible;
+    asked_ = 0;
+    if (repeats_) return action;
+    if (dialogs_ == 0) return std::nullopt;
+    return Step{top->Name(), "esc", {}};
+  }
+
+  std::string AfterAll(const std::string& output) {
+    ++phase_;
+    if (output.find("Error Number: ") != std::string::npos || output.starts_with("error "))
+      return "it fails again: " + output;
+    if (!repeats_) {
+      if (TheConsole().OpenDialogs().size() >= dialogs_) return "the dialog cannot be cancelled";
+      return WritesIn(Calls().Lines()).empty() ? "" : "cancelling wrote something";
+    }
+    const bool button = !deed_.pressed.empty() && !IsPiecemeal(deed_);
+    return button ? DifferenceOf(State(), deed_.state) : "";
+  }
+
+  std::vector<const Form*> Forms() {
+    std::vector<const Form*> forms(TheConsole().OpenDialogs().begin(), TheConsole().OpenDialogs().end());
+    if (const Form* const page = TheConsole().Stage().Page()) forms.push_back(page);
+    return forms;
+  }
+
+  const Deed& deed_;
+  int n_;
+  const Way& way_;
+  bool again_;
+  bool repeats_ = false;
+  int phase_ = 0;
+  int reports_ = 0;
+  bool dirty_ = false;
+  size_t dialogs_ = 0;
+  SettingsData stored_, working_;
+  std::map<std::string, std::vector<FormDriver::ControlName>> forms_;
+  std::string flaw_;
+};
+
+/// Everything that can be done, each in the first place where it can.
+std::vector<Deed> EveryDeed() {
+  const auto with = [](Path path, std::initializer_list<Step> more) {
+    path.insert(path.end(), more);
+    return path;
+  };
+  const Path open{{"", "open", {}}};
+  const std::string page = "OutlookPropertiesPage";
+  const Path searching = with(open, {{page, "click cmdTracking", {}},
+                                     {"frmTrackingOptions", "check chkSearchNow", {}},
+                                     {"frmTrackingOptions", "click cmdOk", {}}});
+  // What takes more than one step to become possible.
+  std::deque<Path> ahead{open,
+                         with(open, {{"", "hide", {}}}),
+                         with(open, {{"", "release", {}}}),
+                         with(open, {{"", "reinitialize", {}}}),
+                         with(searching, {{"", "apply", {}}}),
+                         with(open, {{page, "click cmdAdd", {}},
+                                     {"frmEditFolderset", "click cmdSelContact", {}},
+                                     {"frmEditFolderset", "click cmdSelJourn", {}}})};
+  std::vector<Deed> deeds;
+  std::set<std::string> known;
+  std::set<std::string> outcomes;
+  std::map<std::string, int> ofOneKind;
+  for (; !ahead.empty(); ahead.pop_front()) {
+    Look look(ahead.front());
+    look.Run();
+    if (look.triedFolders) {
+      ahead.push_back(look.deed.path);
+      continue;
+    }
+    std::string outcome = look.deed.form + look.deed.state;
+    for (const std::string& member : look.deed.members) outcome += member + "\n";
+    const bool isNew = outcomes.insert(outcome).second;
+    if (isNew && !look.deed.members.empty()) deeds.push_back(look.deed);
+    for (const Action& action : look.beyond) {
+      const std::vector<std::string> words = WordsOf(action.step);
+      if (!known.insert(look.identity + "\n" + action.step.line).second) continue;
+      // Of the texts for one box, and of the nodes in one branch, two say it all.
+      std::string kind = look.identity + "\n" + words[0] + " " + (words.size() > 1 ? words[1] : "");
+      if (words.size() > 2) kind += words[2].substr(0, words[2].rfind('\\') + 1);
+      if (words.size() > 2 && ++ofOneKind[kind] > 2) continue;
+      ahead.push_back(with(look.deed.path, {action.step}));
+    }
+  }
+  return deeds;
 }
 
-TEST(FaultSweep, TheFolderPickerWritesNothingWhenGivenUpWhateverFails) {
-  std::string seen;
-  const auto prepare = [](Scene& scene) { scene.Open(); };
-  const auto giveUp = [&seen](Scene& scene) { PickFolders(scene, false, seen); };
-  Sweep(130, prepare, giveUp, [](Scene& scene) {
-    EXPECT_EQ(Monitored(scene), "0:");
-    EXPECT_EQ(scene.Working(), scene.stage.workbench.profile.settings);
-  });
+TEST(FaultSweep, EveryCallOfEveryActionFailsInEveryWay) {
+  const ScratchFolder folder;
+  std::filesystem::create_directories(std::filesystem::path(Rehearsal::LogFile()).parent_path());
+  const std::vector<Deed> deeds = EveryDeed();
+  size_t calls = 0;
+  size_t trials = 0;
+  std::set<std::string> flaws;
+  std::set<std::string> forms;
+  for (const Deed& deed : deeds) {
+    if (!deed.form.empty()) forms.insert(deed.form);
+    for (size_t n = 1; n <= deed.members.size(); ++n, ++calls) {
+      for (size_t way = 0; way < Ways().size(); ++way) {
+        const std::string& member = deed.members[n - 1];
+        if (Ways()[way].fault.kind == Fault::Kind::Nothing && !CallLog::AnswersWithObject(member)) continue;
+        ++trials;
+        const std::string flaw = Trial(deed, static_cast<int>(n), Ways()[way], way % 2 == 0).Flaw();
+        if (flaw.empty() || !flaws.insert(flaw + member + deed.path.back().line).second || flaws.size() > 30)
+          continue;
+        ADD_FAILURE() << flaw << "\n  when call " << n << ", " << member << ", fails with "
+                      << Ways()[way].name << " in\n"
+                      << ScriptOf(deed.path);
+      }
+    }
+  }
+  std::cout << deeds.size() << " actions on " << forms.size() << " screens, " << calls << " calls, " << trials
+            << " failures\n";
+  EXPECT_GE(forms.size(), 9U);
+  EXPECT_GE(trials, 5000U) << "the walk no longer finds what there is to do";
 }
 
 }  // namespace

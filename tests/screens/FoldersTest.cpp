@@ -416,23 +416,6 @@ TEST(FolderButtons, CancelAndClosingWriteNothing) {
   }
 }
 
-TEST(FolderButtons, OkThatFailsLeavesThePickerOpen) {
-  PickerScene scene;
-  scene.Store("B1", "BB", 1);
-  scene.Store("B2", "BB", 2);
-  scene.Open();
-  scene.scene.stage.calls.PlanFault("RS.MonitoredFolderStoreIDs.Add", 2, Error(70, "Permission denied", "X"));
-  scene.Click(scene.picker->cmdOk);
-  EXPECT_NE(scene.scene.TakeSeen().find("frmFolders.cmdOk_Click"), std::string::npos);
-  EXPECT_TRUE(scene.picker->IsShowing());
-  EXPECT_EQ(scene.timesDirty, 0);
-  EXPECT_EQ(scene.scene.Working().MonitoredFolderEntryIDs.size(), 2U) << "partly filled";
-  EXPECT_EQ(scene.scene.Working().MonitoredFolderStoreIDs.size(), 1U);
-  scene.Click(scene.picker->cmdOk);
-  EXPECT_FALSE(scene.picker->IsShowing());
-  EXPECT_EQ(scene.Stored(), "2: B1/BB:1 B2/BB:2");
-}
-
 // --- size
 
 Profile Generated(uint32_t count, uint32_t breadth) {

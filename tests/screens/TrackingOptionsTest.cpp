@@ -302,19 +302,5 @@ TEST(Tracking, CancelEscAndClosingWriteNothing) {
   }
 }
 
-TEST(Tracking, AFailingStartIsShownOnceAndLeavesThePageClean) {
-  Scene scene;
-  scene.Open();
-  scene.stage.calls.PlanFault("Scan.IsScanning", 1, Error(4711, "planned", "Outside"));
-  scene.InNextDialog([](Dialog&) { ADD_FAILURE() << "shown all the same"; });
-  scene.Click(scene.Page(), scene.Page().cmdTracking);
-  const std::string seen = scene.TakeSeen();
-  EXPECT_EQ(std::ranges::count(seen, '\n'), 1) << seen;
-  EXPECT_NE(seen.find("frmTrackingOptions.Initialize-->OutlookPropertiesPage.cmdTracking_Click"),
-            std::string::npos)
-      << seen;
-  EXPECT_FALSE(scene.Page().PropertyPage_Dirty());
-}
-
 }  // namespace
 }  // namespace vexa::workbench

@@ -12,7 +12,7 @@ namespace vexa::workbench {
 namespace {
 
 /// Numbers within and beyond every bound, and what is none.
-constexpr std::array<const char*, 7> Texts{"", "0", "7", "2001", "70000", "-3,5", "Key Accounts; VIP"};
+constexpr std::array<const char*, 7> Texts{"11", "", "70000", "0", "2001", "-3,5", "Key Accounts; VIP"};
 constexpr std::array<int, 12> Keys{KeyTab,   KeySpace, KeyHome,     KeyEnd, KeyLeft,     KeyUp,
                                    KeyRight, KeyDown,  KeyMultiply, KeyAdd, KeySubtract, KeyF5};
 

@@ -142,7 +142,7 @@ std::string Invariants::OfForms(FedConsole& console) {
   const bool failed = stage.calls.FaultsMet() != faults_;
   const bool disturbed =
       failed || (step_.form.empty() && words_.front() != "ask" && words_.front() != "answer");
-  const bool refused = unusable_.empty() ? false : true;
+  const bool refused = !unusable_.empty();
   if (const auto top = opened_.find(top_); top != opened_.end()) {
     const bool moves = words_.front() == "focus" || words_.front() == "leave" ||
                        (words_.front() == "key" && words_[1] == "9");
