@@ -13,8 +13,8 @@
 
 namespace vexa {
 
-/// Appends to files. One call is one record: it is on its way to the disk when the call returns, and no
-/// other writer's text stands inside it.
+/// Appends to files. One call is one record: it is on its way to the disk when the call returns, no other
+/// writer's text stands inside it, and it begins a line of its own, whatever a writer that died has left.
 class FileAppender {
  public:
   FileAppender() = default;

@@ -16,7 +16,7 @@ class FileDescriptor {
  public:
   enum class Use {
     Read,
-    Append,   // written at its end; made when it is missing
+    Append,   // read, and written at its end; made when it is missing
     Replace,  // written from its start, emptied first; made when it is missing; never through a link
   };
 
@@ -28,6 +28,8 @@ class FileDescriptor {
   /// The next piece of at most `size` bytes; empty at the end.
   std::string Read(size_t size) const;
   void WriteAll(std::string_view text) const;
+  /// Whether it is empty or its last line is whole.
+  bool EndsWithLine() const;
   /// Through to the disk.
   void Sync() const;
   /// Waits until no other process has the file locked, and locks it until it is closed.

@@ -17,7 +17,7 @@ int FlagsFor(FileDescriptor::Use use) {
     case FileDescriptor::Use::Read:
       return O_RDONLY;
     case FileDescriptor::Use::Append:
-      return O_WRONLY | O_CREAT | O_APPEND;
+      return O_RDWR | O_CREAT | O_APPEND;
     case FileDescriptor::Use::Replace:
       return O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW;
   }
@@ -53,6 +53,14 @@ void FileDescriptor::WriteAll(std::string_view text) const {
     if (written < 0) throw LastSystemError("write");
     text.remove_prefix(static_cast<size_t>(written));
   }
+}
+
+bool FileDescriptor::EndsWithLine() const {
+  struct stat state {};
+  if (::fstat(file_, &state) != 0) throw LastSystemError("fstat");
+  char last = '\n';
+  if (state.st_size > 0 && ::pread(file_, &last, 1, state.st_size - 1) != 1) throw LastSystemError("read");
+  return last == '\n';
 }
 
 void FileDescriptor::Sync() const {

@@ -23,7 +23,7 @@ int FlagsFor(FileDescriptor::Use use) {
     case FileDescriptor::Use::Read:
       return _O_RDONLY;
     case FileDescriptor::Use::Append:
-      return _O_WRONLY | _O_CREAT | _O_APPEND;
+      return _O_RDWR | _O_CREAT | _O_APPEND;
     case FileDescriptor::Use::Replace:
       return _O_WRONLY | _O_CREAT | _O_TRUNC;
   }
@@ -64,6 +64,13 @@ void FileDescriptor::WriteAll(std::string_view text) const {
     if (written < 0) throw LastSystemError("write");
     text.remove_prefix(static_cast<size_t>(written));
   }
+}
+
+bool FileDescriptor::EndsWithLine() const {
+  if (::_lseeki64(file_, 0, SEEK_END) == 0) return true;
+  char last = '\n';
+  if (::_lseeki64(file_, -1, SEEK_END) < 0 || ::_read(file_, &last, 1) != 1) throw LastSystemError("read");
+  return last == '\n';  // what is written next goes to the end all the same
 }
 
 void FileDescriptor::Sync() const {

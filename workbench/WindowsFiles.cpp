@@ -60,7 +60,8 @@ void WindowsFiles::Append(const std::string& path, std::string_view text) {
     fs::create_directories(Utf8Path(place).parent_path());
     const FileDescriptor file(place, FileDescriptor::Use::Append);
     file.Lock();  // one writer at a time: a record that needs several writes stays whole
-    file.WriteAll(text);
+    const bool starts = file.EndsWithLine();
+    file.WriteAll((starts ? "" : "\n") + std::string(text));
   } catch (const std::exception& failure) {
     Fail("Cannot write", path, failure.what());
   }

@@ -3,6 +3,7 @@
 #include <ole2.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
 
 #include "tests/windows/Modals.h"
@@ -39,7 +40,15 @@ TEST(Machine, FilesExistUnderTheirNamesInAnyCaseAndNothingElseDoes) {
   WindowsFileAppender files;
   const std::string log = scratch / "VexaErrors.mdb";
   EXPECT_FALSE(desktop.FileExists(log));
-  files.Append(log, "one record");
+  files.Append(log, "half a rec");  // and the writer dies
+  files.Append(log, "one record\n");
+  std::ifstream lines(ToUtf16(log).c_str());
+  std::string first;
+  std::string second;
+  std::getline(lines, first);
+  std::getline(lines, second);
+  EXPECT_EQ(first + "|" + second, "half a rec|one record");
+  lines.close();
   for (const char* same : {"VexaErrors.mdb", "VEXAERRORS.MDB", "vexaerrors.mdb"}) {
     EXPECT_TRUE(desktop.FileExists(scratch / same)) << same;
   }

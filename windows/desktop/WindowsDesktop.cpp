@@ -219,8 +219,24 @@ bool ModuleResources::HasCursor(int32_t id) const {
   return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(12) /* RT_GROUP_CURSOR */) != nullptr;
 }
 
+namespace {
+
+/// Whether a file is empty or its last line is whole; so is one that cannot be read.
+bool EndsWithLine(HANDLE file) {
+  LARGE_INTEGER size{};
+  if (GetFileSizeEx(file, &size) == FALSE || size.QuadPart == 0) return true;
+  OVERLAPPED at{};
+  at.Offset = static_cast<DWORD>((size.QuadPart - 1) & 0xFFFFFFFF);
+  at.OffsetHigh = static_cast<DWORD>((size.QuadPart - 1) >> 32);
+  char last = '\n';
+  DWORD count = 0;
+  return ReadFile(file, &last, 1, &count, &at) == FALSE || count == 0 || last == '\n';
+}
+
+}  // namespace
+
 void WindowsFileAppender::Append(const std::string& path, std::string_view text) {
-  const FileHandle file(CreateFileW(FilePath(path).c_str(), FILE_APPEND_DATA | SYNCHRONIZE,
+  const FileHandle file(CreateFileW(FilePath(path).c_str(), FILE_APPEND_DATA | FILE_READ_DATA | SYNCHRONIZE,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
   const auto fail = [&] {
@@ -231,10 +247,11 @@ void WindowsFileAppender::Append(const std::string& path, std::string_view text)
   if (!file.IsOpen()) fail();
   OVERLAPPED range{};
   if (LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, MAXDWORD, MAXDWORD, &range) == FALSE) fail();
+  const std::string line = (EndsWithLine(file.Get()) ? "" : "\n") + std::string(text);
   DWORD written = 0;
   const bool whole =
-      WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != FALSE &&
-      written == text.size() && FlushFileBuffers(file.Get()) != FALSE;
+      WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr) != FALSE &&
+      written == line.size() && FlushFileBuffers(file.Get()) != FALSE;
   UnlockFileEx(file.Get(), 0, MAXDWORD, MAXDWORD, &range);
   if (!whole) fail();
 }
