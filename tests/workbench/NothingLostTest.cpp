@@ -194,15 +194,16 @@ TEST(NothingLost, WhenApplyIsKilledAtAnyMoment) {
 
 TEST(NothingLost, WhenARecordIsTorn) {
   const Place place;
-  Apply(place.File(), 1);
+  Session session(place.File());
+  session.Apply(1);
   const auto whole = fs::file_size(place.Log());
-  Apply(place.File(), 2);
+  session.Apply(2);
   const auto size = fs::file_size(place.Log());
   for (const uintmax_t left : {whole + 1, (whole + size) / 2, size - 2, size - 1}) {
     fs::resize_file(place.Log(), left);
     size_t torn = 0;
     const size_t before = RecordsIn(place.Log(), torn);
-    Apply(place.File(), 3);
+    session.Apply(3);
     EXPECT_EQ(RecordsIn(place.Log(), torn), before + 1) << left;
     EXPECT_LE(torn, 4U);
   }
