@@ -44,8 +44,8 @@ Console::~Console() { ended_ = true; }
 int Console::Run() {
   if (source_.interactive) Out() << "VexaControls console; \"help\" lists the commands, \"quit\" ends.\n";
   ReadCommands([] { return true; });
-  if (!failed_) NoteUnusedAnswers();
-  return failed_ ? 2 : 0;
+  if (status_ == 0) NoteUnusedAnswers();
+  return status_;
 }
 
 void Console::ReadCommands(const std::function<bool()>& goOn) {
@@ -60,12 +60,21 @@ void Console::ReadCommands(const std::function<bool()>& goOn) {
 }
 
 bool Console::ReadLine(std::string& line, const std::string& prompt) {
-  if (source_.interactive) out_ << prompt << std::flush;
-  if (!std::getline(source_.in, line)) {
+  const bool edited = source_.interactive && source_.readLine;
+  std::optional<std::string> typed;
+  if (edited) {
+    out_ << std::flush;
+    typed = source_.readLine(prompt);
+  } else {
+    if (source_.interactive) out_ << prompt << std::flush;
+    if (std::getline(source_.in, line)) typed = std::move(line);
+  }
+  if (!typed) {
     if (source_.interactive) out_ << "\n";
     ended_ = true;
     return false;
   }
+  line = std::move(*typed);
   ++line_;
   if (line.ends_with('\r')) line.pop_back();
   return true;
@@ -98,17 +107,23 @@ void Console::Execute(const std::string& line) {
     Fail(name + error.what());
   } catch (const Error& error) {
     Out() << ErrorLine(error) << "\n";  // in development mode errors surface from event handlers
+    NoteTrouble("an error came out");
   }
+  if (!trouble_.empty()) Fail("ended by \"strict\": " + trouble_, 3);
 }
 
-void Console::Fail(const std::string& message) {
+void Console::NoteTrouble(const std::string& what) {
+  if (strict_ && !source_.interactive && trouble_.empty()) trouble_ = what;
+}
+
+void Console::Fail(const std::string& message, int status) {
   if (ended_) return;
   if (source_.interactive) {
     out_ << message << "\n";
     return;
   }
   out_ << source_.name << ":" << line_ << ": " << message << "\n" << std::flush;
-  failed_ = true;
+  status_ = status;
   ended_ = true;
 }
 
@@ -129,6 +144,7 @@ void Console::AsHost(const std::function<void()>& call) {
     call();
   } catch (const Error& error) {
     Out() << ErrorLine(error) << "\n";
+    NoteTrouble("an error came out");
   }
 }
 
@@ -229,8 +245,10 @@ std::optional<std::string> Console::Ask(const std::string& question, const char*
   }
   std::string line;
   out_ << question << "\n";
-  if (!ReadLine(line, choices + ": ")) return std::nullopt;
-  return line;
+  choices_ = choices;
+  const bool answered = ReadLine(line, choices + ": ");
+  choices_.clear();
+  return answered ? std::optional(line) : std::nullopt;
 }
 
 std::optional<FolderIndex> Console::AnswerPick() {
@@ -259,6 +277,7 @@ std::optional<FolderIndex> Console::AnswerPick() {
 }
 
 MessageAnswer Console::AnswerMessage(const std::string& asked, MessageButtons buttons) {
+  if (asked.starts_with("MSG[critical")) NoteTrouble("an error was shown");
   const std::vector<MessageAnswer> possible = AnswersOf(buttons);
   std::string choices;
   for (const MessageAnswer answer : possible)
@@ -310,6 +329,11 @@ int32_t Console::OpenDocument(const std::string& path) {
 }
 
 void Console::Seen(const std::string& line) { Out() << line << "\n"; }
+
+void Console::SeenFailing(const std::string& line) {
+  Seen(line);
+  NoteTrouble("something failed");
+}
 
 const Command* FindCommand(std::string_view name) {
   for (const auto commands : {HostCommands(), UserCommands(), WorldCommands(), LibraryCommands()}) {

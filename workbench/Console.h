@@ -13,6 +13,7 @@
 #include <ostream>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/HostDriver.h"
@@ -26,6 +27,8 @@ struct CommandSource {
   std::string name;          // for messages: the script's path
   bool interactive = false;  // a person at a terminal: a prompt, no echo, questions are asked
   bool realWindows = false;  // passes over what a script says is for consoles without windows
+  /// How a person's line is read; from `in`, if there is no better way. Nothing at the end of the input.
+  std::function<std::optional<std::string>(const std::string& prompt)> readLine = {};
 };
 
 /// What the library's own commands work on, from one command to the next.
@@ -40,8 +43,15 @@ class Console final : public ModalWindows, public UserAnswers {
   Console(CommandSource source, std::ostream& out, HostDriverMaker makeDriver = MakeModelDriver);
   ~Console() override;
 
-  /// Runs commands until they end. 0, or 2 when something that cannot be carried out ended a script.
+  /// Runs commands until they end. 0; 2 when something that cannot be carried out ended a script; 3 when a
+  /// strict one was ended by what a user could live through.
   int Run();
+  /// What the word at the end of a line could become.
+  struct Completions {
+    std::vector<std::string> words;
+    bool files = false;  // or the name of a file
+  };
+  Completions Complete(std::string_view line) const;
 
   // --- for the commands
 
@@ -76,6 +86,13 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream& Out();
   /// Runs `call` as the page's host does: an error that comes out is printed.
   void AsHost(const std::function<void()>& call);
+  /// Forms and settings are printed as JSON from now on, a line a command, or as text again (null).
+  void PrintJsonTo(std::ostream* json) { json_ = json; }
+  /// Where they are; null while they are printed as text.
+  std::ostream* Json() { return ended_ ? nullptr : json_; }
+  /// In a strict script what a user could live through, a refusal or an error, ends the run.
+  void SetStrict(bool strict) { strict_ = strict; }
+  void NoteTrouble(const std::string& what);
   /// Stops reading commands.
   void Quit() { ended_ = true; }
   /// The commands from here on are for consoles without windows only, or for all hosts again.
@@ -97,11 +114,12 @@ class Console final : public ModalWindows, public UserAnswers {
   BrowseAnswer BrowseForFolder(const std::string& prompt, const std::string& startFolder) override;
   int32_t OpenDocument(const std::string& path) override;
   void Seen(const std::string& line) override;
+  void SeenFailing(const std::string& line) override;
 
  private:
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
-  void Fail(const std::string& message);
+  void Fail(const std::string& message, int status = 2);
   bool ReadLine(std::string& line, const std::string& prompt);
   /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it
   /// ends the run.
@@ -114,7 +132,11 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream nowhere_{nullptr};
   int line_ = 0;
   bool ended_ = false;
-  bool failed_ = false;
+  int status_ = 0;
+  bool strict_ = false;
+  std::string trouble_;  // what ends a strict script when the command is done
+  std::string choices_;  // of the question that a person is asked
+  std::ostream* json_ = nullptr;
   bool consoleOnly_ = false;
   std::optional<int32_t> language_;
 
@@ -146,8 +168,12 @@ std::span<const Command> UserCommands();
 std::span<const Command> WorldCommands();
 std::span<const Command> LibraryCommands();
 
+/// Whether a control of this kind can be named as the command's first argument.
+bool TakesControl(const Command& command, ControlKind kind);
+
 /// Null when there is none of this name.
 const Command* FindCommand(std::string_view name);
 std::vector<std::string_view> CommandNames();
+std::vector<std::string_view> SettingNames();
 
 }  // namespace vexa::workbench

@@ -1,23 +1,31 @@
 // vexa-console: the options page in a terminal.
 #include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iostream>
 
 #include "workbench/Console.h"
+#include "workbench/LineEditor.h"
 
 namespace {
 
 constexpr const char* Usage =
-    "usage: vexa-console [--profile FILE] [--language NUMBER] [SCRIPT]\n"
+    "usage: vexa-console [--profile FILE] [--language NUMBER] [--strict] [--json] [[--script] SCRIPT]\n"
     "Runs the commands of SCRIPT, or of the standard input. \"help\" lists the commands.\n"
-    "Status: 0 done, 1 the console could not start, 2 a script was ended by an error.\n";
+    "--strict ends a script at a refusal or an error, --json prints forms and settings as lines of JSON, "
+    "and\n"
+    "everything else to the standard error.\n"
+    "Status: 0 done, 1 the console could not start, 2 a line of a script cannot be carried out,\n"
+    "3 a strict script was ended by a refusal or an error.\n";
 
 struct Options {
   std::string profile;
   std::optional<int32_t> language;
   std::string script;
+  bool strict = false;
+  bool json = false;
 };
 
 /// Nothing when the arguments make no sense.
@@ -29,6 +37,12 @@ std::optional<Options> ReadArguments(const std::vector<std::string>& arguments) 
       options.profile = arguments[++i];
     } else if (arguments[i] == "--language" && hasValue) {
       options.language = vexa::workbench::NumberWord(arguments[++i], "--language");
+    } else if (arguments[i] == "--strict") {
+      options.strict = true;
+    } else if (arguments[i] == "--json") {
+      options.json = true;
+    } else if (arguments[i] == "--script" && hasValue && options.script.empty()) {
+      options.script = arguments[++i];
     } else if (!arguments[i].starts_with("-") && options.script.empty()) {
       options.script = arguments[i];
     } else {
@@ -36,6 +50,12 @@ std::optional<Options> ReadArguments(const std::vector<std::string>& arguments) 
     }
   }
   return options;
+}
+
+/// Empty where nothing can be kept.
+std::string HistoryFile() {
+  const char* const home = std::getenv("HOME");
+  return home == nullptr || *home == '\0' ? std::string() : std::string(home) + "/.vexa-console-history";
 }
 
 int RunConsole(const Options& options) {
@@ -52,7 +72,13 @@ int RunConsole(const Options& options) {
   vexa::workbench::CommandSource source{options.script.empty() ? std::cin : script,
                                         options.script.empty() ? "standard input" : options.script,
                                         interactive};
-  vexa::workbench::Console console(std::move(source), std::cout);
+  std::optional<vexa::workbench::LineEditor> editor;
+  source.readLine = [&](const std::string& prompt) { return editor->Read(prompt); };
+  vexa::workbench::Console console(std::move(source), options.json ? std::cerr : std::cout);
+  if (interactive)
+    editor.emplace([&](std::string_view line) { return console.Complete(line); }, HistoryFile());
+  if (options.json) console.PrintJsonTo(&std::cout);
+  console.SetStrict(options.strict);
   if (options.language) console.SetLanguage(*options.language);
   if (!options.profile.empty()) console.Load(options.profile);
   return console.Run();

@@ -140,6 +140,12 @@ void Say(Console& console, const Words& words) {
   console.Out() << "\n";
 }
 
+void Json(Console& console, const Words& words) {
+  console.PrintJsonTo(SwitchWord(words[0], "JSON") ? &console.Out() : nullptr);
+}
+
+void Strict(Console& console, const Words& words) { console.SetStrict(SwitchWord(words[0], "strictness")); }
+
 void Help(Console& console, const Words& words) {
   std::ostream& out = console.Out();
   const auto print = [&](const Command& command) {
@@ -148,10 +154,18 @@ void Help(Console& console, const Words& words) {
         << "\n";
   };
   if (!words.empty()) {
-    const Command* const command = FindCommand(words[0]);
-    if (command == nullptr)
+    if (const Command* const command = FindCommand(words[0])) {
+      print(*command);
+      return;
+    }
+    if (console.OpenForms().empty())
       throw ScriptError("unknown command \"" + words[0] + "\"" + SuggestName(words[0], CommandNames()));
-    print(*command);
+    // Of a control: what it is now, and what can be done with it.
+    const FormDriver::ControlName control = console.FindControl(words[0]);
+    Print(out, console.TopForm()->StateOf(control.name));
+    for (const Command& command : UserCommands()) {
+      if (TakesControl(command, control.kind)) print(command);
+    }
     return;
   }
   struct Group {
@@ -188,7 +202,9 @@ constexpr auto Commands = std::to_array<Command>({
     {"screenshot", "FILE", "write a bitmap of the top form's window", 1, 1, Screenshot},
     {"hosts", "console|all", "what follows is for consoles without windows only, or for all", 1, 1, Hosts},
     {"say", "WORD...", "print the words", 0, AnyNumber, Say},
-    {"help", "[COMMAND]", "list the commands", 0, 1, Help},
+    {"json", "on|off", "print forms and settings as JSON, or as text again", 1, 1, Json},
+    {"strict", "on|off", "a refusal or an error ends the script", 1, 1, Strict},
+    {"help", "[COMMAND|CONTROL]", "list the commands, or those for a control", 0, 1, Help},
     {"quit", "", "end the run", 0, 0, Quit},
 });
 

@@ -4,6 +4,7 @@
 #include "display/FormattedText.h"
 #include "workbench/Console.h"
 #include "workbench/FormState.h"
+#include "workbench/JsonOutput.h"
 #include "workbench/Names.h"
 
 namespace vexa::workbench {
@@ -20,6 +21,7 @@ std::string FocusName(const FormDriver& form) {
 /// Says why the user could not do it; says nothing when it was done.
 void Report(Console& console, const std::string& name, Outcome outcome) {
   if (outcome == Outcome::Done) return;
+  console.NoteTrouble("an action was refused");
   console.Out() << "refused: ";
   if (outcome == Outcome::FocusKept) {
     const std::string keeper = FocusName(*console.TopForm());
@@ -54,22 +56,42 @@ FormDriver::Node FindNode(const FormDriver& form, const std::string& tree, const
   return here;
 }
 
+void ShowForm(Console& console, const FormState& form) {
+  if (std::ostream* const json = console.Json()) {
+    *json << JsonLine(form) << std::endl;
+  } else {
+    Print(console.Out(), form);
+  }
+}
+
 void Show(Console& console, const Words& words) {
   const std::unique_ptr<FormDriver> top = console.TopForm();
   if (words.empty()) {
-    Print(console.Out(), top->State());
+    ShowForm(console, top->State());
     return;
   }
   for (const std::unique_ptr<FormDriver>& form : console.OpenForms()) {
     if (SameName(form->Name(), words[0])) {
-      Print(console.Out(), form->State());
+      ShowForm(console, form->State());
       return;
     }
   }
-  Print(console.Out(), top->StateOf(console.FindControl(words[0]).name));
+  const ControlState control = top->StateOf(console.FindControl(words[0]).name);
+  if (console.Json() != nullptr) {
+    ShowForm(console, {top->Name(), top->Caption(), {control}});
+  } else {
+    Print(console.Out(), control);
+  }
 }
 
 void Forms(Console& console, const Words&) {
+  if (std::ostream* const json = console.Json()) {
+    std::vector<FormState> forms;
+    for (const std::unique_ptr<FormDriver>& form : console.OpenForms())
+      forms.push_back({form->Name(), form->Caption(), {}});
+    *json << JsonLine(forms) << std::endl;
+    return;
+  }
   for (const std::unique_ptr<FormDriver>& form : console.OpenForms()) {
     const std::string caption = form->Caption();
     console.Out() << form->Name() << (caption.empty() ? "" : " " + QuotedText(caption)) << "\n";

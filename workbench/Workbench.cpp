@@ -65,7 +65,7 @@ void Workbench::TakeOver(RegSettings& workingCopy) {
   try {
     WriteProfile(savePath_, profile);
   } catch (const ProfileError& failure) {
-    user_.Seen(std::string("the add-in could not save its settings: ") + failure.what());
+    user_.SeenFailing(std::string("the add-in could not save its settings: ") + failure.what());
     throw Error(static_cast<int32_t>(ErrorNumber::PathFileAccess), failure.what(), "VexaAddin");
   }
 }

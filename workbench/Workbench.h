@@ -41,6 +41,8 @@ class UserAnswers {
   virtual int32_t OpenDocument(const std::string& path) = 0;
   /// Something happened that a user would see: printed as it happens.
   virtual void Seen(const std::string& line) = 0;
+  /// The same, of something that did not succeed.
+  virtual void SeenFailing(const std::string& line) { Seen(line); }
 };
 
 class Workbench {

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "workbench/Console.h"
+#include "workbench/JsonOutput.h"
 #include "workbench/Names.h"
 #include "workbench/Settings.h"
 #include "workbench/Utf8Path.h"
@@ -27,13 +28,6 @@ SettingsData& FindSettings(Console& console, const std::string& whose) {
   SettingsData* const working = console.Stage().workbench.WorkingCopy();
   if (working == nullptr) throw ScriptError("there is no working copy; \"open\" makes one");
   return *working;
-}
-
-std::vector<std::string_view> SettingNames() {
-  std::vector<std::string_view> names;
-  const SettingsData data;
-  VisitSettings(data, [&](std::string_view name, const auto&) { names.push_back(name); });
-  return names;
 }
 
 // --- words to values
@@ -93,10 +87,16 @@ void Dump(Console& console, const Words& words) {
       throw ScriptError("unknown setting \"" + words[i] + "\"" + SuggestName(words[i], names));
     }
   }
+  const auto isWanted = [&](std::string_view name) {
+    return words.size() == 1 || std::any_of(words.begin() + 1, words.end(),
+                                            [&](const std::string& word) { return SameName(word, name); });
+  };
+  if (std::ostream* const json = console.Json()) {
+    *json << JsonLine(settings, SameName(words[0], "stored") ? "stored" : "working", isWanted) << std::endl;
+    return;
+  }
   VisitSettings(settings, [&](std::string_view name, const auto& value) {
-    const auto isWanted = [&](const std::string& word) { return SameName(word, name); };
-    if (words.size() > 1 && std::none_of(words.begin() + 1, words.end(), isWanted)) return;
-    console.Out() << "  " << name << " = " << ValueText(value) << "\n";
+    if (isWanted(name)) console.Out() << "  " << name << " = " << ValueText(value) << "\n";
   });
 }
 
@@ -359,5 +359,12 @@ constexpr auto Commands = std::to_array<Command>({
 }  // namespace
 
 std::span<const Command> WorldCommands() { return Commands; }
+
+std::vector<std::string_view> SettingNames() {
+  std::vector<std::string_view> names;
+  const SettingsData data;
+  VisitSettings(data, [&](std::string_view name, const auto&) { names.push_back(name); });
+  return names;
+}
 
 }  // namespace vexa::workbench
