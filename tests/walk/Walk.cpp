@@ -200,12 +200,14 @@ class Walker final : public Watched {
     }
   }
 
+  /// One that is there; "cancel" when none is.
   std::string AFolder(const Stage& stage) {
     const auto& world = stage.workbench.profile.world;
-    for (;;) {
-      const auto folder = static_cast<FolderIndex>(Below(world.FolderNodes().size()));
-      if (!world.At(folder).deleted || world.FolderCount() == 0) return world.PathOf(folder);
+    std::vector<FolderIndex> folders;
+    for (FolderIndex folder = 0; folder < world.FolderNodes().size(); ++folder) {
+      if (!world.At(folder).deleted) folders.push_back(folder);
     }
+    return folders.empty() ? "cancel" : world.PathOf(OneOf(folders));
   }
 
   std::string Setting(const Stage& stage) {
