@@ -1,0 +1,37 @@
+// The program of ./bench: the contests, all in one run.
+//   vexa-benchmarks [ROUNDS [PART OF A CONTEST'S NAME]]
+#include <malloc.h>
+
+#include <QApplication>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+
+#include "benchmarks/Contest.h"
+
+int main(int argc, char** argv) {
+  using namespace vexa::bench;
+  // Nobody's memory goes back to the system between two runs, so nobody waits for it.
+  mallopt(M_MMAP_MAX, 0);
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+
+  const int rounds = argc > 1 ? std::atoi(argv[1]) : 11;
+  const std::string_view only = argc > 2 ? argv[2] : "";
+  std::printf("Medians over %d rounds, with quartiles; ratios are medians of the rounds' ratios.\n", rounds);
+  std::vector<Verdict> verdicts;
+  for (auto* const contests :
+       {TextContests, TreeContests, CollectionContests, GridContests, ErrorContests}) {
+    for (const Contest& contest : contests()) {
+      if (contest.work.find(only) == std::string::npos) continue;
+      for (Verdict& verdict : Run(contest, rounds)) verdicts.push_back(std::move(verdict));
+    }
+  }
+  int missed = 0;
+  for (const Verdict& verdict : verdicts) {
+    if (!verdict.met) std::printf("%sNOT MET: %s\n", missed++ == 0 ? "\n" : "", verdict.text.c_str());
+  }
+  std::printf("\n%zu of %zu goals met.\n", verdicts.size() - static_cast<size_t>(missed), verdicts.size());
+  return 0;
+}
