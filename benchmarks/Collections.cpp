@@ -145,7 +145,8 @@ void AddAll(std::unique_ptr<Collection>& collection) {
 template <typename Collection>
 double Add() {
   std::unique_ptr<Collection> collection;
-  return PerUnit(Records, [&] { collection.reset(); }, [&] { AddAll(collection); });
+  return PerUnit(
+      Records, [&] { collection.reset(); }, [&] { AddAll(collection); });
 }
 
 template <typename Collection>

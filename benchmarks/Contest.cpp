@@ -1,9 +1,8 @@
 #include "benchmarks/Contest.h"
 
-#include <ctime>
-
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 namespace vexa::bench {
 namespace {

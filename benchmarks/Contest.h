@@ -43,7 +43,8 @@ double PerUnit(size_t units, Prepare&& prepare, Body&& body) {
 }
 template <typename Body>
 double PerUnit(size_t units, Body&& body) {
-  return PerUnit(units, [] {}, std::forward<Body>(body));
+  return PerUnit(
+      units, [] {}, std::forward<Body>(body));
 }
 
 enum class Role { Limit, Ours, Also, Peer };  // Also: the library in other circumstances
@@ -56,9 +57,9 @@ struct Contender {
 
 struct Goal {
   enum class Kind {
-    TimesLimit,     // the library takes at most `value` times what the limit takes
-    FasterThan,     // `name` takes at least `value` times what the library takes
-    AtMost,         // the library's figure itself
+    TimesLimit,  // the library takes at most `value` times what the limit takes
+    FasterThan,  // `name` takes at least `value` times what the library takes
+    AtMost,      // the library's figure itself
   };
   Kind kind;
   double value;

@@ -1,9 +1,8 @@
 // An error on its way out through ten procedures, each of which adds itself to the trail.
-#include "core/Error.h"
-
 #include <stdexcept>
 
 #include "benchmarks/Contest.h"
+#include "core/Error.h"
 #include "core/Handlers.h"
 
 namespace vexa::bench {
@@ -11,39 +10,29 @@ namespace {
 
 constexpr int Levels = 10;
 
-template <int Level>
-void PassOnLevels() {
-  if constexpr (Level == 0) {
-    throw Error(1001, "Something broke", "VexaAddin");
-  } else {
-    PassOn("Module", "Procedure", [] { PassOnLevels<Level - 1>(); });
-  }
+// Levels of one procedure that calls itself: inlined into one function they would have nothing to pass.
+
+[[gnu::noinline]] void PassOnLevels(int level) {
+  if (level == 0) throw Error(1001, "Something broke", "VexaAddin");
+  PassOn("Module", "Procedure", [&] { PassOnLevels(level - 1); });
 }
 
-template <int Level>
-void RethrowLevels() {
-  if constexpr (Level == 0) {
-    throw Error(1001, "Something broke", "VexaAddin");
-  } else {
-    try {
-      RethrowLevels<Level - 1>();
-    } catch (...) {
-      throw;
-    }
+[[gnu::noinline]] void RethrowLevels(int level) {
+  if (level == 0) throw Error(1001, "Something broke", "VexaAddin");
+  try {
+    RethrowLevels(level - 1);
+  } catch (...) {
+    throw;
   }
 }
 
 /// What the standard library has for it.
-template <int Level>
-void NestLevels() {
-  if constexpr (Level == 0) {
-    throw std::runtime_error("Something broke");
-  } else {
-    try {
-      NestLevels<Level - 1>();
-    } catch (...) {
-      std::throw_with_nested(std::runtime_error("Module.Procedure"));
-    }
+[[gnu::noinline]] void NestLevels(int level) {
+  if (level == 0) throw std::runtime_error("Something broke");
+  try {
+    NestLevels(level - 1);
+  } catch (...) {
+    std::throw_with_nested(std::runtime_error("Module.Procedure"));
   }
 }
 
@@ -57,11 +46,11 @@ void Walk(const std::exception& exception, std::string& trail) {
   }
 }
 
-template <void Raise()>
+template <void Raise(int)>
 double Caught() {
   return PerUnit(1, [] {
     try {
-      Raise();
+      Raise(Levels);
     } catch (const Error& error) {
       Keep(error.Source);
     }
@@ -71,7 +60,7 @@ double Caught() {
 double Nested() {
   return PerUnit(1, [] {
     try {
-      NestLevels<Levels>();
+      NestLevels(Levels);
     } catch (const std::exception& exception) {
       std::string trail;
       Walk(exception, trail);
@@ -86,8 +75,8 @@ std::vector<Contest> ErrorContests() {
   using enum Goal::Kind;
   return {{"error through ten levels",
            "ns",
-           {{Role::Limit, "plain rethrow, no trail", Caught<RethrowLevels<Levels>>},
-            {Role::Ours, "PassOn", Caught<PassOnLevels<Levels>>},
+           {{Role::Limit, "plain rethrow, no trail", Caught<RethrowLevels>},
+            {Role::Ours, "PassOn", Caught<PassOnLevels>},
             {Role::Peer, "nested exceptions, walked to text", Nested}},
            {{TimesLimit, 1.05}}}};
 }

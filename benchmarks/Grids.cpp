@@ -141,7 +141,8 @@ std::unique_ptr<QTableWidget> FillQtTable() {
 template <auto Fill>
 double Filling() {
   decltype(Fill()) grid;
-  return PerUnit(Rows, [&] { grid.reset(); }, [&] { grid = Fill(); });
+  return PerUnit(
+      Rows, [&] { grid.reset(); }, [&] { grid = Fill(); });
 }
 
 }  // namespace

@@ -32,8 +32,9 @@ inline std::string KeyOf(uint32_t number) {
   }();
   std::array<char, 13> counter{};
   // Counters of folders in use have gaps everywhere; no two numbers have the same here.
-  std::snprintf(counter.data(), counter.size(), "%012llX",
-                static_cast<unsigned long long>((number * 0x9E3779B1ULL + 0x1A2B3C4D5E6FULL) & 0xFFFFFFFFFFFFULL));
+  std::snprintf(
+      counter.data(), counter.size(), "%012llX",
+      static_cast<unsigned long long>((number * 0x9E3779B1ULL + 0x1A2B3C4D5E6FULL) & 0xFFFFFFFFFFFFULL));
   return store.substr(100, 72) + counter.data() + "00000000" + std::string(KeySplitter) + store;
 }
 

@@ -21,8 +21,7 @@ int main(int argc, char** argv) {
   const std::string_view only = argc > 2 ? argv[2] : "";
   std::printf("Medians over %d rounds, with quartiles; ratios are medians of the rounds' ratios.\n", rounds);
   std::vector<Verdict> verdicts;
-  for (auto* const contests :
-       {TextContests, TreeContests, CollectionContests, GridContests, ErrorContests}) {
+  for (auto* const contests : {TextContests, TreeContests, CollectionContests, GridContests, ErrorContests}) {
     for (const Contest& contest : contests()) {
       if (contest.work.find(only) == std::string::npos) continue;
       for (Verdict& verdict : Run(contest, rounds)) verdicts.push_back(std::move(verdict));

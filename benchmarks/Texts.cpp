@@ -26,8 +26,8 @@ constexpr std::array<const char*, 3> Arguments{"Inbox", "C:\\Users\\Ann\\vexa.lo
 /// What stands in the table, and what comes of it with its arguments.
 struct Sample {
   int32_t id;
-  std::string name;    // the id as the peers' catalogues have it
-  size_t arguments;    // how many it takes
+  std::string name;  // the id as the peers' catalogues have it
+  size_t arguments;  // how many it takes
   std::string finished;
 };
 
@@ -215,9 +215,8 @@ QString Translated(const Sample& sample, const std::array<QString, 3>& arguments
 }
 
 double Qt() {
-  static const std::array<QString, 3> arguments{QString::fromUtf8(Arguments[0]),
-                                                QString::fromUtf8(Arguments[1]),
-                                                QString::fromUtf8(Arguments[2])};
+  static const std::array<QString, 3> arguments{
+      QString::fromUtf8(Arguments[0]), QString::fromUtf8(Arguments[1]), QString::fromUtf8(Arguments[2])};
   static const bool checked = [] {
     static QTranslator translator;
     if (!translator.load(QStringLiteral(VEXA_CATALOGUES "/vexa.qm"))) std::abort();

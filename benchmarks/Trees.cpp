@@ -152,18 +152,21 @@ struct QtWidgetTree {
   QHash<QString, QTreeWidgetItem*> byKey;
 };
 
-// --- GTK: a child is put before the others, the last one first; behind them would be a walk along all of them
+// --- GTK: a child is put before the others, the last one first; behind them would be a walk along all of
+// them
 
 struct GtkTree {
   explicit GtkTree(const std::vector<std::string>& keys)
       : store(gtk_tree_store_new(3, G_TYPE_BOOLEAN, G_TYPE_STRING, G_TYPE_STRING)),
-        byKey(g_hash_table_new_full(g_str_hash, g_str_equal, g_free,
-                                    [](gpointer iter) { gtk_tree_iter_free(static_cast<GtkTreeIter*>(iter)); })) {
+        byKey(g_hash_table_new_full(g_str_hash, g_str_equal, g_free, [](gpointer iter) {
+          gtk_tree_iter_free(static_cast<GtkTreeIter*>(iter));
+        })) {
     GtkTreeIter root;
     gtk_tree_store_insert_with_values(store, &root, nullptr, 0, 1, "root", -1);
     for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
       GtkTreeIter child;
-      gtk_tree_store_insert_with_values(store, &child, &root, 0, 0, FALSE, 1, Text.data(), 2, key->c_str(), -1);
+      gtk_tree_store_insert_with_values(store, &child, &root, 0, 0, FALSE, 1, Text.data(), 2, key->c_str(),
+                                        -1);
       g_hash_table_insert(byKey, g_strdup(key->c_str()), gtk_tree_iter_copy(&child));
     }
   }
@@ -184,26 +187,26 @@ template <typename Made, typename Make>
 std::function<double()> Making(Make make) {
   return [make] {
     std::unique_ptr<Made> made;
-    return PerUnit(Children, [&] { made.reset(); }, [&] { made = make(); });
+    return PerUnit(
+        Children, [&] { made.reset(); }, [&] { made = make(); });
   };
 }
 
 Contest AppendChildren() {
   using enum Goal::Kind;
-  return {"append 10,000 checkable children, indexed by 312-character keys",
-          "ns a node",
-          {{Role::Limit, "hash, copy, table slot, links",
-            Making<LeastTree>([] { return std::make_unique<LeastTree>(FewKeys()); })},
-           {Role::Ours, "Tree", Making<OurTree>([] { return std::make_unique<OurTree>(FewKeys()); })},
-           {Role::Peer, "Qt standard items",
-            Making<QtItemTree>([] {
-              return std::make_unique<QtItemTree>(Children, [](uint32_t i) { return QtFewKeys()[i]; });
-            })},
-           {Role::Peer, "Qt tree widget",
-            Making<QtWidgetTree>([] { return std::make_unique<QtWidgetTree>(QtFewKeys()); })},
-           {Role::Peer, "GTK tree store",
-            Making<GtkTree>([] { return std::make_unique<GtkTree>(FewKeys()); })}},
-          {{TimesLimit, 1.25}, {FasterThan, 5.0, "Qt standard items"}, {FasterThan, 5.0, "Qt tree widget"}}};
+  return {
+      "append 10,000 checkable children, indexed by 312-character keys",
+      "ns a node",
+      {{Role::Limit, "hash, copy, table slot, links",
+        Making<LeastTree>([] { return std::make_unique<LeastTree>(FewKeys()); })},
+       {Role::Ours, "Tree", Making<OurTree>([] { return std::make_unique<OurTree>(FewKeys()); })},
+       {Role::Peer, "Qt standard items", Making<QtItemTree>([] {
+          return std::make_unique<QtItemTree>(Children, [](uint32_t i) { return QtFewKeys()[i]; });
+        })},
+       {Role::Peer, "Qt tree widget",
+        Making<QtWidgetTree>([] { return std::make_unique<QtWidgetTree>(QtFewKeys()); })},
+       {Role::Peer, "GTK tree store", Making<GtkTree>([] { return std::make_unique<GtkTree>(FewKeys()); })}},
+      {{TimesLimit, 1.25}, {FasterThan, 5.0, "Qt standard items"}, {FasterThan, 5.0, "Qt tree widget"}}};
 }
 
 // --- a million nodes, made once and measured while they are made
@@ -235,8 +238,8 @@ const Measured<OurTree>& OurMillion() {
 }
 const Measured<QtItemTree>& QtMillion() {
   static const Measured<QtItemTree> measured([] {
-    return std::make_unique<QtItemTree>(
-        Million, [](uint32_t i) { return QString::fromStdString(MillionKeys()[i]); });
+    return std::make_unique<QtItemTree>(Million,
+                                        [](uint32_t i) { return QString::fromStdString(MillionKeys()[i]); });
   });
   return measured;
 }
@@ -309,23 +312,28 @@ double OneCacheLine() {
 
 Contest FindByKey() {
   using enum Goal::Kind;
-  return {"find by 312-character key among 1,000,000",
-          "ns",
-          {{Role::Limit, "hash, table slot, key", [] {
-              return FindAll(Wanted(), [](const std::string& key) { return LeastMillion().made->Find(key); });
-            }},
-           {Role::Limit, "one random cache line", OneCacheLine},
-           {Role::Ours, "Tree", [] {
-              return FindAll(Wanted(), [](const std::string& key) { return OurMillion().made->tree.Find(key); });
-            }},
-           {Role::Peer, "absl::flat_hash_map", [] {
-              return FindAll(Wanted(), [](const std::string& key) { return FlatMillion().find(key)->second; });
-            }},
-           {Role::Peer, "Qt standard items and QHash", [] {
-              static const std::vector<QString> wanted = QtKeys(Wanted());
-              return FindAll(wanted, [](const QString& key) { return QtMillion().made->byKey.value(key); });
-            }}},
-          {{FasterThan, 2.0, "Qt standard items and QHash"}}};
+  return {
+      "find by 312-character key among 1,000,000",
+      "ns",
+      {{Role::Limit, "hash, table slot, key",
+        [] {
+          return FindAll(Wanted(), [](const std::string& key) { return LeastMillion().made->Find(key); });
+        }},
+       {Role::Limit, "one random cache line", OneCacheLine},
+       {Role::Ours, "Tree",
+        [] {
+          return FindAll(Wanted(), [](const std::string& key) { return OurMillion().made->tree.Find(key); });
+        }},
+       {Role::Peer, "absl::flat_hash_map",
+        [] {
+          return FindAll(Wanted(), [](const std::string& key) { return FlatMillion().find(key)->second; });
+        }},
+       {Role::Peer, "Qt standard items and QHash",
+        [] {
+          static const std::vector<QString> wanted = QtKeys(Wanted());
+          return FindAll(wanted, [](const QString& key) { return QtMillion().made->byKey.value(key); });
+        }}},
+      {{FasterThan, 2.0, "Qt standard items and QHash"}}};
 }
 
 // --- clearing
@@ -359,13 +367,14 @@ double ClearQt(int step) {
 
 Contest ClearChecks(const std::string& checks, uint32_t step, double goal) {
   using enum Goal::Kind;
-  return {"clear " + checks + " checks of 1,000,000 nodes, one notification",
-          "us",
-          {{Role::Limit, "a bit a node", [] { return Timed([] { LeastMillion().made->ClearChecks(); }) / 1e3; }},
-           {Role::Ours, "Tree", [step] { return ClearOurs(step, false); }},
-           {Role::Also, "Tree, every one of them shown by a view", [step] { return ClearOurs(step, true); }},
-           {Role::Peer, "Qt standard items", [step] { return ClearQt(static_cast<int>(step)); }}},
-          {{AtMost, goal}}};
+  return {
+      "clear " + checks + " checks of 1,000,000 nodes, one notification",
+      "us",
+      {{Role::Limit, "a bit a node", [] { return Timed([] { LeastMillion().made->ClearChecks(); }) / 1e3; }},
+       {Role::Ours, "Tree", [step] { return ClearOurs(step, false); }},
+       {Role::Also, "Tree, every one of them shown by a view", [step] { return ClearOurs(step, true); }},
+       {Role::Peer, "Qt standard items", [step] { return ClearQt(static_cast<int>(step)); }}},
+      {{AtMost, goal}}};
 }
 
 }  // namespace

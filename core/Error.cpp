@@ -34,17 +34,16 @@ const char* DescriptionOf(ErrorNumber number) {
   return "Internal error";
 }
 
-std::string TrailEntry(std::string_view module, std::string_view procedure, int32_t line) {
-  if (module.empty() && procedure.empty() && line == 0) return {};
-  std::string entry(module.empty() ? std::string_view("?") : module);
-  entry += '.';
-  entry += procedure.empty() ? std::string_view("?") : procedure;
+void AppendTrailEntry(std::string& trail, std::string_view module, std::string_view procedure, int32_t line) {
+  if (module.empty() && procedure.empty() && line == 0) return;
+  trail += module.empty() ? std::string_view("?") : module;
+  trail += '.';
+  trail += procedure.empty() ? std::string_view("?") : procedure;
   if (line != 0) {
-    entry += '(';
-    entry += std::to_string(line);
-    entry += ')';
+    trail += '(';
+    trail += std::to_string(line);
+    trail += ')';
   }
-  return entry;
 }
 
 }  // namespace
@@ -53,13 +52,13 @@ Error::Error(int32_t number, std::string description, std::string source)
     : Number(number), Description(std::move(description)), Source(std::move(source)) {}
 
 void Error::AppendTrail(std::string_view module, std::string_view procedure) noexcept {
+  const size_t before = Source.size();
   try {
-    const bool hasTrail = Source.find(TrailStart) != std::string::npos;
-    std::string addition(hasTrail ? TrailSeparator : TrailStart);
-    addition += TrailEntry(module, procedure, Line);
-    Source += addition;
+    Source += Source.find(TrailStart) == std::string::npos ? TrailStart : TrailSeparator;
+    AppendTrailEntry(Source, module, procedure, Line);
   } catch (...) {
     // A trail that cannot grow must not replace the error that it describes.
+    Source.resize(before);
   }
   Line = 0;
 }
@@ -83,6 +82,12 @@ Error CurrentError() {
   } catch (...) {
     return MakeError(ErrorNumber::InternalError);
   }
+}
+
+void RaiseWithTrail(std::string_view module, std::string_view procedure) {
+  Error error = CurrentError();
+  error.AppendTrail(module, procedure);
+  throw error;
 }
 
 }  // namespace vexa

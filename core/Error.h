@@ -54,6 +54,10 @@ Error MakeError(ErrorNumber number);
 /// other exception error 51 with its text.
 Error CurrentError();
 
+/// Inside a catch block: raises CurrentError with one more trail entry. Kept out of the procedures that pass
+/// errors on: the less there is in them to clean up, the faster an error gets through.
+[[noreturn]] void RaiseWithTrail(std::string_view module, std::string_view procedure);
+
 /// The object behind a reference that came from outside; error 91 when there is none.
 template <typename Pointer>
 auto& Require(const Pointer& pointer) {

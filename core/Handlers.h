@@ -24,9 +24,7 @@ decltype(auto) PassOn(std::string_view module, std::string_view procedure, Body&
     error.AppendTrail(module, procedure);
     throw;
   } catch (...) {
-    Error error = CurrentError();
-    error.AppendTrail(module, procedure);
-    throw error;
+    RaiseWithTrail(module, procedure);
   }
 }
 

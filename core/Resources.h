@@ -5,14 +5,22 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "core/Variant.h"
 
 namespace vexa {
 
 enum class StringId : int32_t;
+
+/// A text of a table, and whether there is a '|' in it: most have none and are finished as they stand.
+struct TableText {
+  std::string_view text;
+  bool hasMarks;
+};
 
 /// Where texts and pictures come from: the compiled table, or the resources of the Windows module.
 class ResourceSource {
@@ -22,8 +30,9 @@ class ResourceSource {
   ResourceSource& operator=(const ResourceSource&) = delete;
   virtual ~ResourceSource() = default;
 
-  /// Puts the text with this id, in the user's language, into `text`; false when there is none.
-  virtual bool FetchString(int32_t id, std::string& text) const = 0;
+  /// The text with this id in the user's language. It stands in the source itself or, when it has to be made
+  /// from what stands there, in `made`. Nothing when there is none.
+  virtual std::optional<TableText> FindString(int32_t id, std::string& made) const = 0;
   virtual bool HasIcon(int32_t id) const = 0;
   virtual bool HasCursor(int32_t id) const = 0;
 };

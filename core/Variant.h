@@ -44,6 +44,11 @@ class Variant {
   /// The value as text: "True" or "False", a number in decimal with a point and at most 15 significant
   /// digits, a string as it stands, empty text for no value. Error 13 (type mismatch) for an object.
   std::string ToText() const;
+  /// The same without copying a string; any other text is put into `made`.
+  std::string_view TextView(std::string& made) const {
+    const auto* const text = std::get_if<std::string>(&value_);
+    return text != nullptr ? std::string_view(*text) : std::string_view(made = ToText());
+  }
 
   /// True for True, a number other than 0, an object, and a text that reads as a number other than 0.
   bool IsNonZero() const;

@@ -31,8 +31,21 @@ constexpr bool IsAscending(std::span<const StringEntry> entries) {
            return left.id >= right.id;
          }) == entries.end();
 }
-static_assert(std::ranges::all_of(Tables,
-                                  [](const LanguageTable& table) { return IsAscending(table.entries); }));
+static_assert(IsAscending(English) && English.front().id >= 0);
+static_assert(std::ranges::all_of(Tables, [](const LanguageTable& table) {
+  return std::ranges::equal(table.entries, English, {}, &StringEntry::id, &StringEntry::id);
+}));
+
+/// Where the text with an id stands, in each of the tables.
+constexpr uint16_t NoPlace = UINT16_MAX;
+constexpr auto Places = [] {
+  std::array<uint16_t, static_cast<size_t>(English.back().id) + 1> places{};
+  places.fill(NoPlace);
+  for (size_t place = 0; place < English.size(); ++place) {
+    places[static_cast<size_t>(English[place].id)] = static_cast<uint16_t>(place);
+  }
+  return places;
+}();
 
 /// Windows keeps the primary language in the low ten bits of a language number.
 constexpr int32_t PrimaryLanguage(int32_t language) { return language & 0x3FF; }
@@ -78,11 +91,12 @@ std::span<const LanguageTable> LanguageTables() { return Tables; }
 
 CompiledResources::CompiledResources(int32_t language) : table_(TableFor(language)) {}
 
-bool CompiledResources::FetchString(int32_t id, std::string& text) const {
-  const auto found = std::ranges::lower_bound(table_.entries, id, {}, &StringEntry::id);
-  if (found == table_.entries.end() || found->id != id) return false;
-  text = found->text;
-  return true;
+std::optional<TableText> CompiledResources::FindString(int32_t id, std::string& /*made*/) const {
+  if (id < 0 || static_cast<size_t>(id) >= Places.size()) return std::nullopt;
+  const uint16_t place = Places[static_cast<size_t>(id)];
+  if (place == NoPlace) return std::nullopt;
+  const StringEntry& entry = table_.entries[place];
+  return TableText{entry.text, entry.hasMarks};
 }
 
 bool CompiledResources::HasIcon(int32_t id) const { return IsIcon(id); }

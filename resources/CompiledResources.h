@@ -14,6 +14,7 @@ namespace vexa {
 struct StringEntry {
   int32_t id;
   std::string_view text;
+  bool hasMarks = text.find('|') != std::string_view::npos;
 };
 
 /// One language's texts, ascending by id.
@@ -31,7 +32,7 @@ class CompiledResources final : public ResourceSource {
   /// else English.
   explicit CompiledResources(int32_t language);
 
-  bool FetchString(int32_t id, std::string& text) const override;
+  std::optional<TableText> FindString(int32_t id, std::string& made) const override;
   bool HasIcon(int32_t id) const override;
   bool HasCursor(int32_t id) const override;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <random>
 #include <set>
 
 #include "core/Error.h"
@@ -59,7 +60,7 @@ TEST(StringTables, ServeEveryTextThatTheCodeNames) {
     for (const StringId id :
          {StringId::ProductName, StringId::ErrorTrailCaption, StringId::View, StringId::CannotMakeChanges,
           StringId::FolderAlreadySetUp, StringId::AboutEnterprisePath}) {
-      EXPECT_TRUE(source.FetchString(static_cast<int32_t>(id), text)) << static_cast<int32_t>(id);
+      EXPECT_TRUE(source.FindString(static_cast<int32_t>(id), text)) << static_cast<int32_t>(id);
     }
   }
 }
@@ -74,9 +75,8 @@ TEST(StringTables, AreChosenByLanguageThenPrimaryLanguageThenEnglish) {
 class OneText final : public ResourceSource {
  public:
   explicit OneText(std::string text) : text_(std::move(text)) {}
-  bool FetchString(int32_t id, std::string& text) const override {
-    text = text_;
-    return id == 1;
+  std::optional<TableText> FindString(int32_t id, std::string& /*made*/) const override {
+    return id == 1 ? std::optional(TableText{text_, text_.find('|') != std::string::npos}) : std::nullopt;
   }
   bool HasIcon(int32_t id) const override { return id == 2; }
   bool HasCursor(int32_t id) const override { return id == 3; }
@@ -102,6 +102,54 @@ TEST(LoadString, SubstitutesOneArgumentAfterTheOther) {
       << "the first one destroys the tenth mark";
   EXPECT_EQ(Filled("|N|S", {}), "|N|S") << "case counts";
   EXPECT_EQ(Filled("|1 |2 |3 |4 |5", {true, -7, 2.5, 1e16, Variant()}), "True -7 2.5 1E+16 ");
+}
+
+/// The rule itself, step by step.
+std::string SubstitutedStepByStep(std::string text, const std::vector<std::string>& arguments) {
+  const auto replaceAll = [&](const std::string& mark, const std::string& with) {
+    for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + with.size())) {
+      text.replace(at, mark.size(), with);
+    }
+  };
+  for (size_t k = 0; k < arguments.size(); ++k) replaceAll("|" + std::to_string(k + 1), arguments[k]);
+  replaceAll("|n", "\r\n");
+  replaceAll("|s", " ");
+  return text;
+}
+
+TEST(LoadString, IsTheSameAsStepByStepWhateverStandsInTextsAndArguments) {
+  const uint32_t seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const auto any = [&](size_t longest) {
+    std::string text(random() % (longest + 1), ' ');
+    for (char& c : text) c = "||||1123nsa0"[random() % 12];
+    return text;
+  };
+  for (int i = 0; i < 20000; ++i) {
+    const std::string text = any(12);
+    std::vector<std::string> arguments(random() % 12);
+    for (std::string& argument : arguments) {
+      argument = any(3);
+      if (i % 2 == 0) std::erase(argument, '|');  // else hardly a list would be without
+    }
+    ASSERT_EQ(Filled(text, std::vector<Variant>(arguments.begin(), arguments.end())),
+              SubstitutedStepByStep(text, arguments))
+        << text << " with " << testing::PrintToString(arguments);
+  }
+}
+
+TEST(LoadString, ConvertsEveryArgumentOfATextWithMarks) {
+  const auto number = [](const std::string& text) {
+    try {
+      Filled(text, {"A", ObjectRef()});
+    } catch (const Error& error) {
+      return error.Number;
+    }
+    return 0;
+  };
+  EXPECT_EQ(number("|1"), 13);
+  EXPECT_EQ(number("no marks"), 0);
 }
 
 TEST(LoadString, WhatIsMissingIsError326) {

@@ -195,20 +195,20 @@ ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(modu
   }
 }
 
-bool ModuleResources::FetchString(int32_t id, std::string& text) const {
+std::optional<TableText> ModuleResources::FindString(int32_t id, std::string& made) const {
   constexpr int32_t blockSize = 16;
-  if (id < 0 || id > 0xFFFF) return false;
+  if (id < 0 || id > 0xFFFF) return std::nullopt;
   const HRSRC block = FindResourceExW(module_, MAKEINTRESOURCEW(6) /* RT_STRING */,
                                       MAKEINTRESOURCEW(id / blockSize + 1), language_);
-  if (block == nullptr) return false;
+  if (block == nullptr) return std::nullopt;
   const HGLOBAL loaded = LoadResource(module_, block);
   const auto* entry = static_cast<const wchar_t*>(LockResource(loaded));
-  if (entry == nullptr) return false;
+  if (entry == nullptr) return std::nullopt;
   // Sixteen texts one behind the other, each after its length.
   for (int32_t skipped = 0; skipped < id % blockSize; ++skipped) entry += 1 + *entry;
-  if (*entry == 0) return false;
-  text = ToUtf8({entry + 1, *entry});
-  return true;
+  if (*entry == 0) return std::nullopt;
+  made = ToUtf8({entry + 1, *entry});
+  return TableText{made, made.find('|') != std::string::npos};
 }
 
 bool ModuleResources::HasIcon(int32_t id) const {

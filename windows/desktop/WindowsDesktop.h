@@ -43,7 +43,7 @@ class ModuleResources final : public ResourceSource {
  public:
   ModuleResources(HMODULE module, LANGID language);
 
-  bool FetchString(int32_t id, std::string& text) const override;
+  std::optional<TableText> FindString(int32_t id, std::string& made) const override;
   bool HasIcon(int32_t id) const override;
   bool HasCursor(int32_t id) const override;
 
