@@ -74,6 +74,7 @@ class Least {
 
 class Ours {
  public:
+  Ours() { records_.Reserve(Records); }
   using Key = std::string;
   static const std::vector<Key>& InOrder() { return Added(); }
   static const std::vector<Key>& AtRandom() { return Wanted(); }

@@ -102,11 +102,10 @@ std::unique_ptr<OurGrid> FillOurs() {
   auto made = std::make_unique<OurGrid>();
   const Lists<Utf8>& lists = TheLists();
   for (size_t row = 0; row < Rows; ++row) {
-    Grid::Row texts{lists.At(0, row), lists.At(1, row), lists.At(2, row)};
-    if (row == 0) {
-      made->grid.SetRow(1, std::move(texts));  // the row that is always there
+    if (row == 0) {  // which is always there
+      made->grid.SetRow(1, {lists.At(0, row), lists.At(1, row), lists.At(2, row)});
     } else {
-      made->grid.AddRow(std::move(texts));
+      made->grid.AddRow({lists.At(0, row), lists.At(1, row), lists.At(2, row)});
     }
   }
   return made;

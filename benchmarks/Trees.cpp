@@ -96,6 +96,7 @@ class CountingView final : public FormView {
 struct OurTree {
   explicit OurTree(const std::vector<std::string>& keys) {
     const Tree::Node root = tree.Add(Tree::NoNode, "root", "root");
+    tree.Reserve(keys.size());
     for (const std::string& key : keys) tree.Add(root, key, Text, "@129");
   }
   Form form{"f"};
@@ -220,6 +221,7 @@ template <typename Made>
 struct Measured {
   template <typename Make>
   explicit Measured(Make make) {
+    Keep(MillionKeys());
     const size_t before = MemoryInUse();
     made = make();
     bytesPerNode = static_cast<double>(MemoryInUse() - before) / Million;

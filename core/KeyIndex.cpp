@@ -1,5 +1,6 @@
 #include "core/KeyIndex.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
@@ -52,8 +53,13 @@ uint32_t HashOfKey(std::string_view key) noexcept {
   return static_cast<uint32_t>(Mixed(hash, hash >> 32) >> 16);
 }
 
+void KeyIndex::Reserve(size_t more) {
+  const size_t slots = std::bit_ceil((taken_ + std::min(more, MostReserved)) * 4 / 3 + 1);
+  if (slots > std::max(slots_.size(), FirstSize)) Grow(slots);
+}
+
 void KeyIndex::Insert(uint32_t hash, uint32_t number) {
-  if ((taken_ + 1) * 4 > slots_.size() * 3) Grow();
+  if ((taken_ + 1) * 4 > slots_.size() * 3) Grow(slots_.empty() ? FirstSize : slots_.size() * 2);
   Place({hash, number});
   ++taken_;
 }
@@ -64,8 +70,8 @@ void KeyIndex::Place(Slot placed) {
   slots_[at] = placed;
 }
 
-void KeyIndex::Grow() {
-  std::vector<Slot> former(slots_.empty() ? FirstSize : slots_.size() * 2);
+void KeyIndex::Grow(size_t slots) {
+  std::vector<Slot> former(slots);
   former.swap(slots_);
   for (const Slot& slot : former) {
     if (slot.number != None) Place(slot);

@@ -27,6 +27,10 @@ class KeyIndex {
       if (slot.hash == hash && hasKey(slot.number)) return slot.number;
     }
   }
+  /// Who says how many are to come may be wrong: no more than this is reserved.
+  static constexpr size_t MostReserved = size_t{1} << 17;
+  /// Makes room for so many more at once.
+  void Reserve(size_t more);
   /// `number` (not None) must not be there yet.
   void Insert(uint32_t hash, uint32_t number);
   /// `number` must be there under this hash.
@@ -43,7 +47,7 @@ class KeyIndex {
 
   size_t Mask() const { return slots_.size() - 1; }
   void Place(Slot placed);
-  void Grow();
+  void Grow(size_t slots);
 
   std::vector<Slot> slots_;  // a power of two, at most three quarters of them taken
   size_t taken_ = 0;

@@ -81,6 +81,7 @@ void FolderSelection::Load(RegSettings& settings, AddinObjectFactory& objects) {
                       Require(settings.GetMonitoredFolderStoreIDs()).Count(),
                       Require(settings.GetMonitoredFolderItemTypes()).Count()});
   }
+  if (count > 0) records_.Reserve(static_cast<size_t>(count));
   for (int32_t i = 1; i <= count; ++i) {
     MonitoredFolderRef record = objects.CreateMonitoredFolder();
     const std::string entryID = Require(settings.GetMonitoredFolderEntryIDs()).Item(i);
@@ -88,10 +89,10 @@ void FolderSelection::Load(RegSettings& settings, AddinObjectFactory& objects) {
     const std::string storeID = Require(settings.GetMonitoredFolderStoreIDs()).Item(i);
     record->LetStoreID(storeID);
     record->LetItemTypes(Require(settings.GetMonitoredFolderItemTypes()).Item(i));
-    std::string key = record->GetFlag(DefaultFolderFlag)
-                          ? DefaultFolderKey(DefFolderIndexToRSIndex(DecimalNumber(entryID)))
-                          : FolderKey(entryID, storeID);
-    records_.Add(std::move(key), std::move(record));
+    const std::string key = record->GetFlag(DefaultFolderFlag)
+                                ? DefaultFolderKey(DefFolderIndexToRSIndex(DecimalNumber(entryID)))
+                                : FolderKey(entryID, storeID);
+    records_.Add(key, std::move(record));
   }
 }
 

@@ -225,6 +225,7 @@ void frmFolders::ExpandFolder(Tree::Node node) {
   const FolderRef folder = Require(session).GetFolderFromID(ids.entryID, ids.storeID);
   const std::shared_ptr<Folders> folders = Require(folder).Folders();
   const int32_t count = Require(folders).Count();
+  if (count > 0) tvFolders.Reserve(static_cast<size_t>(count));
   for (int32_t i = 1; i <= count; ++i) AddFolder(*session, folders->Item(i), node, false);
 }
 

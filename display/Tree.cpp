@@ -22,28 +22,32 @@ Tree::Tree(Form& form, std::string name) : Control(form, std::move(name), Contro
 
 Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, std::string_view image) {
   const uint32_t hash = key.empty() ? 0 : HashOfKey(key);
-  if (!key.empty() && byKey_.Find(hash, [&](Node node) { return Key(node) == key; }) != KeyIndex::None) {
+  if (!key.empty() && NodeWith(key, hash) != NoNode) {
     throw Error(KeyIsNotUnique, "Key is not unique in collection",
                 MakeError(ErrorNumber::InternalError).Source);
   }
   // What can fail comes first.
   const uint16_t imageNumber = ImageNumber(image);
-  const char* const kept = Keep(key, text);
+  const KeyFrames::Number frame = frames_.FrameFor(key);
+  const std::string_view ownPart = frames_.OwnPart(frame, key);
+  const char* const kept = Keep(ownPart, text, key.empty());
   const Node node = FreshNumber();
   if (!key.empty()) byKey_.Insert(hash, node);
   free_ = At(node).next;
 
   NodeData& data = At(node);
-  data = {};
   data.text = kept;
-  data.keyLength = static_cast<uint32_t>(key.size());
+  data.ownLength = static_cast<uint32_t>(ownPart.size());
+  if (!ownPart.empty() && IsUsual(ownPart)) std::memcpy(data.ownPart.data(), ownPart.data(), ownPart.size());
   data.textLength = static_cast<uint32_t>(text.size());
   data.keyHash = hash;
+  data.frame = frame;
   data.image = imageNumber;
   data.flags = IsLive;
   data.parent = parent;
   Branch& siblings = ChildrenOf(parent);
   data.previous = siblings.last;
+  data.next = NoNode;
   (siblings.last == NoNode ? siblings.first : At(siblings.last).next) = node;
   siblings.last = node;
   ++count_;
@@ -84,13 +88,14 @@ uint16_t Tree::ImageNumber(std::string_view image) {
   return lastImage_ = known->second;
 }
 
-const char* Tree::Keep(std::string_view key, std::string_view text) {
-  if (key.empty() && !keylessText_.empty() && text == keylessText_) return keylessText_.data();
-  char* const kept = texts_.Take(key.size() + text.size());
-  if (!key.empty()) std::memcpy(kept, key.data(), key.size());
-  if (!text.empty()) std::memcpy(kept + key.size(), text.data(), text.size());
-  if (key.empty()) keylessText_ = {kept, text.size()};
-  return kept;
+const char* Tree::Keep(std::string_view ownPart, std::string_view text, bool keyless) {
+  if (keyless && !keylessText_.empty() && text == keylessText_) return keylessText_.data();
+  const size_t inFront = IsUsual(ownPart) ? 0 : ownPart.size();
+  char* const kept = texts_.Take(inFront + text.size());
+  if (inFront != 0) std::memcpy(kept, ownPart.data(), inFront);
+  if (!text.empty()) std::memcpy(kept + inFront, text.data(), text.size());
+  if (keyless) keylessText_ = {kept, text.size()};
+  return kept + inFront;
 }
 
 void Tree::Remove(Node node) {
@@ -126,11 +131,11 @@ void Tree::Unlink(Node node) {
 void Tree::Free(Node node) {
   NodeData& data = At(node);
   if (Checked(node)) UnlinkCheck(data);
-  if (data.keyLength != 0) {
+  if (HasKey(data)) {
     byKey_.Erase(data.keyHash, node);
-    unusedText_ += data.keyLength + data.textLength;
+    unusedText_ += (IsUsual(OwnPart(data)) ? 0 : data.ownLength) + data.textLength;
   }
-  data.flags = 0;
+  data = {};  // as in a fresh one
   Node& list = keeping_ ? resting_ : free_;
   data.next = list;
   list = node;
@@ -142,13 +147,18 @@ void Tree::CompactTexts() {
   keylessText_ = {};
   unusedText_ = 0;
   for (Node node = FirstChild(NoNode); node != NoNode; node = NextBelow(NoNode, node)) {
-    At(node).text = Keep(Key(node), Text(node));
+    NodeData& data = At(node);
+    data.text = Keep(OwnPart(data), Text(node), !HasKey(data));
   }
 }
 
 Tree::Node Tree::Find(std::string_view key) const {
   if (key.empty()) return NoNode;
-  return byKey_.Find(HashOfKey(key), [&](Node node) { return Key(node) == key; });
+  return NodeWith(key, HashOfKey(key));
+}
+
+Tree::Node Tree::NodeWith(std::string_view key, uint32_t hash) const {
+  return byKey_.Find(hash, [&](Node node) { return frames_.Make(At(node).frame, OwnPart(At(node)), key); });
 }
 
 // --- ways through the tree

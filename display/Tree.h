@@ -15,9 +15,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/KeyFrames.h"
 #include "core/KeyIndex.h"
+#include "core/TextArena.h"
 #include "display/Control.h"
-#include "display/TextArena.h"
 
 namespace vexa {
 
@@ -34,15 +35,17 @@ class Tree final : public Control {
 
   /// Appends a node below `parent` (NoNode: at the root). Error 35602 when the key is taken.
   Node Add(Node parent, std::string_view key, std::string_view text, std::string_view image = {});
+  /// So many more nodes with keys are about to be added; a hint.
+  void Reserve(size_t more) { byKey_.Reserve(more); }
   /// Removes a node and everything below it.
   void Remove(Node node);
   /// NoNode when no node has the key.
   Node Find(std::string_view key) const;
   size_t NodeCount() const { return count_; }
 
+  std::string Key(Node node) const { return frames_.KeyOf(At(node).frame, OwnPart(At(node))); }
   /// Valid until a node is added or removed.
-  std::string_view Key(Node node) const { return {At(node).text, At(node).keyLength}; }
-  std::string_view Text(Node node) const { return {At(node).text + At(node).keyLength, At(node).textLength}; }
+  std::string_view Text(Node node) const { return {At(node).text, At(node).textLength}; }
   const std::string& Image(Node node) const { return images_[At(node).image]; }
 
   // --- ways through the tree; NoNode stands for what is above the nodes at the root, and for none
@@ -131,10 +134,15 @@ class Tree final : public Control {
     Node last = NoNode;
   };
 
+  /// What is looked at to find a node stands together at the beginning, usual own parts of keys included: so
+  /// few cache lines have to be fetched.
   struct NodeData {
-    const char* text = nullptr;  // the key, and behind it the text
-    uint32_t keyLength = 0;
+    static constexpr size_t UsualOwnPart = 18;
+    std::array<char, UsualOwnPart> ownPart{};
+    KeyFrames::Number frame = KeyFrames::Whole;
+    uint32_t ownLength = 0;
     uint32_t textLength = 0;
+    const char* text = nullptr;  // in front of it, a longer own part
     Node parent = NoNode;
     Node previous = NoNode;
     Node next = NoNode;  // of a number that is free, the next free one
@@ -156,7 +164,16 @@ class Tree final : public Control {
 
   Node FreshNumber();
   uint16_t ImageNumber(std::string_view image);
-  const char* Keep(std::string_view key, std::string_view text);
+  static bool IsUsual(std::string_view ownPart) { return ownPart.size() <= NodeData::UsualOwnPart; }
+  static std::string_view OwnPart(const NodeData& data) {
+    const bool usual = data.ownLength <= NodeData::UsualOwnPart;
+    return {usual ? data.ownPart.data() : data.text - data.ownLength, data.ownLength};
+  }
+  static bool HasKey(const NodeData& data) { return data.ownLength != 0 || data.frame != KeyFrames::Whole; }
+  /// Keeps the text, and in front of it an own part that is longer than usual; returns the text.
+  const char* Keep(std::string_view ownPart, std::string_view text, bool keyless);
+  /// NoNode when there is none. `key` is not empty.
+  Node NodeWith(std::string_view key, uint32_t hash) const;
   void Unlink(Node node);
   void Free(Node node);
   void UnlinkCheck(NodeData& data);
@@ -175,6 +192,7 @@ class Tree final : public Control {
   std::map<std::string, uint16_t, std::less<>> imageNumbers_;
   uint16_t lastImage_ = 0;
 
+  KeyFrames frames_;
   TextArena texts_;
   size_t unusedText_ = 0;
   /// Nodes without a key stand in for others and say the same, most of them: their text is kept once.

@@ -78,8 +78,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   void Apply();
   void Release() noexcept;
 
-  Grid::Row RowTexts(const FolderSetLists& lists, int32_t folderSet);
-  void FillRow(int32_t folderSet);
+  void FillRow(const FolderSetLists& lists, int32_t folderSet);
   void UpdateButtons();
   void UpdateDefaultButton();
   void EditFolderSet(int32_t folderSet, bool modeEdit);

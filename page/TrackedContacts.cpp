@@ -35,15 +35,14 @@ void OutlookPropertiesPage::FillTrackedContacts() {
     const int32_t count = Require(settings_).GetFolderSetCount();
     if (count > 0) {
       const FolderSetLists lists(*settings_, Require(addinApp_));
-      gd.SetRow(1, RowTexts(lists, 1));  // the row that a grid always has
-      for (int32_t folderSet = 2; folderSet <= count; ++folderSet) gd.AddRow(RowTexts(lists, folderSet));
+      for (int32_t folderSet = 1; folderSet <= count; ++folderSet) FillRow(lists, folderSet);
     }
     UpdateButtons();
     UpdateDefaultButton();
   });
 }
 
-Grid::Row OutlookPropertiesPage::RowTexts(const FolderSetLists& lists, int32_t folderSet) {
+void OutlookPropertiesPage::FillRow(const FolderSetLists& lists, int32_t folderSet) {
   const auto pathOf = [&](const std::string& entryID, const std::string& storeID) {
     FolderRef folder;
     IgnoreErrors([&] { folder = Require(lists.session).GetFolderFromID(entryID, storeID); });
@@ -56,22 +55,16 @@ Grid::Row OutlookPropertiesPage::RowTexts(const FolderSetLists& lists, int32_t f
     const std::string entryID = Require(entryIDs).Item(folderSet);
     return pathOf(entryID, Require(storeIDs).Item(folderSet));
   };
-  Grid::Row texts;
-  texts.push_back(pathAt(lists.contactEntryIDs, lists.contactStoreIDs));
-  texts.push_back(pathAt(lists.journEntryIDs, lists.journStoreIDs));
+  const std::string contact = pathAt(lists.contactEntryIDs, lists.contactStoreIDs);
+  const std::string journ = pathAt(lists.journEntryIDs, lists.journStoreIDs);
   const std::string emailEntryID = Require(lists.emailEntryIDs).Item(folderSet);
-  texts.push_back(emailEntryID.empty() ? services_.resources.LoadString(StringId::NoFolder)
-                                       : pathOf(emailEntryID, Require(lists.emailStoreIDs).Item(folderSet)));
-  return texts;
-}
-
-void OutlookPropertiesPage::FillRow(int32_t folderSet) {
-  const FolderSetLists lists(Require(settings_), Require(addinApp_));
-  Grid::Row texts = RowTexts(lists, folderSet);
-  if (folderSet <= gd.RowCount()) {
-    gd.SetRow(folderSet, std::move(texts));
+  const std::string email = emailEntryID.empty()
+                                ? services_.resources.LoadString(StringId::NoFolder)
+                                : pathOf(emailEntryID, Require(lists.emailStoreIDs).Item(folderSet));
+  if (folderSet <= gd.RowCount()) {  // as the one that a grid always has
+    gd.SetRow(folderSet, {contact, journ, email});
   } else {
-    gd.AddRow(std::move(texts));
+    gd.AddRow({contact, journ, email});
   }
 }
 
@@ -85,7 +78,7 @@ void OutlookPropertiesPage::UpdateButtons() {
 }
 
 void OutlookPropertiesPage::UpdateDefaultButton() {
-  SetDefaultButton(gd.RowAt(gd.CurrentRow()).front().empty() ? cmdAdd : cmdChange);
+  SetDefaultButton(gd.TextAt(gd.CurrentRow(), 0).empty() ? cmdAdd : cmdChange);
 }
 
 void OutlookPropertiesPage::EditFolderSet(int32_t folderSet, bool modeEdit) {
@@ -93,7 +86,7 @@ void OutlookPropertiesPage::EditFolderSet(int32_t folderSet, bool modeEdit) {
   editor.Initialize(*this, addinApp_, settings_, ToInt16(folderSet), modeEdit);
   services_.windows.ShowModal(editor, this);
   if (editor.Cancelled()) return;
-  FillRow(folderSet);
+  FillRow(FolderSetLists(Require(settings_), Require(addinApp_)), folderSet);
   UpdateButtons();
   SetDirty();
 }
@@ -118,7 +111,7 @@ void OutlookPropertiesPage::RemoveFolderSet() {
     Require((settings.*list)()).Remove(row);
   }
   if (gd.RowCount() == 1) {
-    gd.SetRow(1, Grid::Row(static_cast<size_t>(gd.ColumnCount())));
+    gd.SetRow(1, {});
   } else {
     gd.RemoveRow(row);
   }

@@ -15,7 +15,12 @@ namespace {
 
 void ReadGrid(const Grid& grid, ControlState& state) {
   state.rows.push_back(grid.Headers());
-  for (int32_t row = 1; row <= grid.RowCount(); ++row) state.rows.push_back(grid.RowAt(row));
+  for (int32_t row = 1; row <= grid.RowCount(); ++row) {
+    std::vector<std::string>& texts = state.rows.emplace_back();
+    for (int32_t column = 0; column < grid.ColumnCount(); ++column) {
+      texts.emplace_back(grid.TextAt(row, column));
+    }
+  }
   state.currentRow = grid.CurrentRow();
   state.currentColumn = grid.CurrentColumn();
 }

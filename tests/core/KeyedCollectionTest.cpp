@@ -42,7 +42,8 @@ TEST(KeyedCollection, IsTheSameAsAPlainList) {
     std::vector<std::pair<std::string, int>> plain;
     const auto keys = 1 + random() % 400;
     for (int step = 0; step < 1500; ++step) {
-      const std::string key = std::string(random() % 3 * 30, 'k') + std::to_string(random() % keys);
+      const std::string key = std::string(random() % 3 * 30, 'k') + std::to_string(random() % keys) +
+                              std::string(random() % 2 * 80, 's');
       const auto at = std::ranges::find(plain, key, &std::pair<std::string, int>::first);
       if (random() % 2 == 0) {
         ASSERT_EQ(collection.Remove(key), at != plain.end());
@@ -64,6 +65,55 @@ TEST(KeyedCollection, IsTheSameAsAPlainList) {
     for (const auto& [key, value] : plain) expected += key + "=" + std::to_string(value) + " ";
     ASSERT_EQ(Contents(collection), expected);
   }
+}
+
+/// Keys of many stores that take turns, of ids that begin alike and count up; some of their own making.
+std::vector<std::string> ManyKeys(std::mt19937& random, size_t count) {
+  std::vector<std::string> keys;
+  for (size_t i = 0; i < count; ++i) {
+    const std::string store = std::string(60, 'a') + std::to_string(random() % 100) + std::string(70, 'b');
+    std::string key = store.substr(0, 40) + std::to_string(random() % 100000) + store.substr(random() % 3);
+    if (random() % 20 == 0) std::ranges::shuffle(key, random);
+    if (random() % 20 == 0) key.resize(random() % key.size());
+    keys.push_back(std::move(key));
+  }
+  return keys;
+}
+
+TEST(KeyFrames, MakeUpEveryKeyAndNoOther) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  KeyFrames frames;
+  const std::vector<std::string> keys = ManyKeys(random, 3000);
+  std::vector<std::pair<KeyFrames::Number, std::string>> kept;
+  for (const std::string& key : keys) {
+    const KeyFrames::Number frame = frames.FrameFor(key);
+    kept.emplace_back(frame, frames.OwnPart(frame, key));
+  }
+  for (size_t i = 0; i < keys.size(); ++i) {
+    const auto& [frame, ownPart] = kept[i];
+    ASSERT_EQ(frames.KeyOf(frame, ownPart), keys[i]);
+    const std::string& other = keys[random() % keys.size()];
+    ASSERT_TRUE(frames.Make(frame, ownPart, keys[i]));
+    ASSERT_EQ(frames.Make(frame, ownPart, other), other == keys[i]);
+    std::string changed = keys[i] + "x";
+    ASSERT_FALSE(frames.Make(frame, ownPart, changed));
+    changed.resize(keys[i].size());
+    if (changed.empty()) continue;
+    ++changed[random() % changed.size()];
+    ASSERT_FALSE(frames.Make(frame, ownPart, changed));
+  }
+}
+
+TEST(KeyFrames, LeaveOfTheKeysOfAStoreWhatIsTheirOwn) {
+  KeyFrames frames;
+  size_t kept = 0;
+  for (int i = 0; i < 10000; ++i) {
+    const std::string key = std::string(70, '0') + std::to_string(100000 + i) + std::string(236, 'F');
+    kept += frames.OwnPart(frames.FrameFor(key), key).size();
+  }
+  EXPECT_LT(kept, 10000 * 10);
 }
 
 TEST(KeyIndex, FindsAmongNumbersOfOneHash) {

@@ -123,6 +123,10 @@ TEST(GridModel, KeepsOneRowAndACurrentCell) {
   grid.AddRow({"c", "d"});
   EXPECT_EQ(moves, 0) << "filling raises nothing";
   grid.SetCurrent(2, 1);
+  EXPECT_EQ(grid.Text(), "d");
+  grid.AddRow({"e"});
+  EXPECT_EQ(grid.TextAt(3, 1), "");
+  grid.RemoveRow(3);
   grid.RemoveRow(2);
   EXPECT_EQ(grid.CurrentRow(), 1);
   EXPECT_EQ(grid.Text(), "b");

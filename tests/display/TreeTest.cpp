@@ -26,7 +26,9 @@ class CountingView final : public FormView {
 /// Keys that share what hashes and comparisons might look at: length, beginning and end.
 std::string KeyOf(int number) {
   std::string key(static_cast<size_t>(20 + number % 5 * 70), 'A');
-  return key + std::to_string(number) + std::string(40, 'F');
+  key += std::to_string(number);
+  if (number % 3 == 0) key.append(30, static_cast<char>('a' + number % 7));
+  return key + std::string(40, 'F');
 }
 
 /// The same tree in the plainest way, and what its nodes are called in the tree under test.
@@ -340,6 +342,17 @@ TEST(TreeModel, GivesTheRoomOfWhatIsGoneToWhatComes) {
   EXPECT_LT(tree.MemoryInUse(), once * 3);
   EXPECT_EQ(std::ranges::count(Print(tree), '\n'), std::ranges::count(kept, '\n'));
   for (int i = 0; i < 2000; ++i) ASSERT_NE(tree.Find(KeyOf(i)), Tree::NoNode);
+}
+
+TEST(TreeModel, KeepsOnceWhatKeysOfAStoreHaveInCommon) {
+  Form form("f");
+  Tree tree(form, "t");
+  constexpr size_t count = 20'000;
+  for (size_t i = 0; i < count; ++i) {
+    const std::string counter = std::to_string(0x100000000000 + i * 0x1234567);
+    tree.Add(Tree::NoNode, std::string(72, '0') + counter + std::string(225, 'F'), "Some Folder");
+  }
+  EXPECT_LT(tree.MemoryInUse() / count, 150U);
 }
 
 /// A tree that makes its nodes as it is opened, three levels deep, and writes down its events.

@@ -171,9 +171,8 @@ class GridView final : public ControlView {
     if ((item.mask & LVIF_TEXT) == 0) return;
     text_.clear();
     if (item.iItem >= 0 && item.iItem < grid_.RowCount()) {
-      const Grid::Row& row = grid_.RowAt(item.iItem + 1);
-      const auto column = static_cast<size_t>(std::max(item.iSubItem, 0));
-      if (column < row.size()) text_ = ToUtf16(row[column]);
+      const int column = std::max(item.iSubItem, 0);
+      if (column < grid_.ColumnCount()) text_ = ToUtf16(grid_.TextAt(item.iItem + 1, column));
     }
     item.pszText = text_.data();
   }
@@ -184,9 +183,7 @@ class GridView final : public ControlView {
     const int start = std::clamp(search.iStart, 0, grid_.RowCount() - 1);
     for (int offset = 0; offset < grid_.RowCount(); ++offset) {
       const int row = (start + offset) % grid_.RowCount();
-      const Grid::Row& texts = grid_.RowAt(row + 1);
-      if (texts.empty()) continue;
-      const std::wstring text = ToUtf16(texts.front());
+      const std::wstring text = ToUtf16(grid_.TextAt(row + 1, 0));
       if (text.size() >= wanted.size() &&
           CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text.c_str(), static_cast<int>(wanted.size()),
                          wanted.c_str(), static_cast<int>(wanted.size())) == CSTR_EQUAL) {
@@ -244,7 +241,7 @@ class GridView final : public ControlView {
   }
 
   Grid& grid_;
-  Grid::Row headers_;
+  std::vector<std::string> headers_;
   int rows_ = -1;
   std::wstring text_;  // lent to the list until it asks again
 };
