@@ -96,4 +96,10 @@ std::vector<Contest> CollectionContests();
 std::vector<Contest> GridContests();
 std::vector<Contest> ErrorContests();
 
+/// Prints the calls that each action makes on Outlook and the add-in, beside the fewest.
+std::vector<Verdict> CountOutsideCalls();
+
+/// Measures the picker at sizes up to a million folders and draws it into the SVG file `picture`, if any.
+std::vector<Verdict> MeasureScale(const std::string& picture);
+
 }  // namespace vexa::bench

@@ -1,5 +1,5 @@
 // The program of ./bench: the contests, all in one run.
-//   vexa-benchmarks [ROUNDS [PART OF A CONTEST'S NAME]]
+//   vexa-benchmarks [ROUNDS [PART OF A CONTEST'S NAME | calls | scale [PICTURE.svg]]]
 #include <malloc.h>
 
 #include <QApplication>
@@ -21,12 +21,17 @@ int main(int argc, char** argv) {
   const std::string_view only = argc > 2 ? argv[2] : "";
   std::printf("Medians over %d rounds, with quartiles; ratios are medians of the rounds' ratios.\n", rounds);
   std::vector<Verdict> verdicts;
+  const auto take = [&](std::vector<Verdict> more) {
+    for (Verdict& verdict : more) verdicts.push_back(std::move(verdict));
+  };
   for (auto* const contests : {TextContests, TreeContests, CollectionContests, GridContests, ErrorContests}) {
     for (const Contest& contest : contests()) {
       if (contest.work.find(only) == std::string::npos) continue;
-      for (Verdict& verdict : Run(contest, rounds)) verdicts.push_back(std::move(verdict));
+      take(Run(contest, rounds));
     }
   }
+  if (only.empty() || only == "calls") take(CountOutsideCalls());
+  if (only.empty() || only == "scale") take(MeasureScale(argc > 3 ? argv[3] : ""));
   int missed = 0;
   for (const Verdict& verdict : verdicts) {
     if (!verdict.met) std::printf("%sNOT MET: %s\n", missed++ == 0 ? "\n" : "", verdict.text.c_str());

@@ -10,8 +10,9 @@ std::optional<ChosenFolder> ChooseFolder(AddinApp& addin, const Services& servic
     services.desktop.Show(services.resources.LoadString(message), MessageIcon::Critical, MessageButtons::Ok,
                           services.resources.LoadString(StringId::InvalidFolder));
   };
+  const NameSpaceRef session = addin.Session();
   for (;;) {
-    const FolderRef folder = Require(addin.Session()).PickFolder();
+    const FolderRef folder = Require(session).PickFolder();
     if (folder == nullptr) return std::nullopt;
     if (std::ranges::find(choice.itemTypes, folder->DefaultItemType()) == choice.itemTypes.end()) {
       refuse(choice.wrongTypeMessage);

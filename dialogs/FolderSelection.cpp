@@ -101,11 +101,16 @@ void FolderSelection::Save(RegSettings& settings) const {
   settings.SetMonitoredFolderEntryIDs(std::make_shared<List<std::string>>());
   settings.SetMonitoredFolderStoreIDs(std::make_shared<List<std::string>>());
   settings.SetMonitoredFolderItemTypes(std::make_shared<List<int32_t>>());
+  if (records_.Size() == 0) return;
+  // What the settings made of the new lists.
+  const auto entryIDs = settings.GetMonitoredFolderEntryIDs();
+  const auto storeIDs = settings.GetMonitoredFolderStoreIDs();
+  const auto itemTypes = settings.GetMonitoredFolderItemTypes();
   records_.ForEach([&](const std::string& /*key*/, const MonitoredFolderRef& record) {
     if (record->Excluded()) return;
-    Require(settings.GetMonitoredFolderEntryIDs()).Add(record->GetEntryID());
-    Require(settings.GetMonitoredFolderStoreIDs()).Add(record->GetStoreID());
-    Require(settings.GetMonitoredFolderItemTypes()).Add(record->GetItemTypes());
+    Require(entryIDs).Add(record->GetEntryID());
+    Require(storeIDs).Add(record->GetStoreID());
+    Require(itemTypes).Add(record->GetItemTypes());
   });
 }
 

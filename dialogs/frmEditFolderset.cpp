@@ -136,13 +136,16 @@ void frmEditFolderset::UpdateButtons() {
 }
 
 bool frmEditFolderset::FoldersAreComplete() {
-  const auto exists = [&](const std::string& entryID, const std::string& storeID) {
-    return ResolveFolder(Require(addin_), entryID, storeID) != nullptr;
-  };
+  const bool withEmail = chkEmail.Checked();
+  if (contactEntryID_.empty() || journEntryID_.empty() || (withEmail && emailEntryID_.empty())) return false;
   bool complete = false;
   IgnoreErrors([&] {
+    const NameSpaceRef session = Require(addin_).Session();
+    const auto exists = [&](const std::string& entryID, const std::string& storeID) {
+      return Require(session).GetFolderFromID(entryID, storeID) != nullptr;
+    };
     complete = exists(contactEntryID_, contactStoreID_) && exists(journEntryID_, journStoreID_) &&
-               (!chkEmail.Checked() || exists(emailEntryID_, emailStoreID_));
+               (!withEmail || exists(emailEntryID_, emailStoreID_));
   });
   return complete;
 }

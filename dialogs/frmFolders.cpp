@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <map>
 #include <span>
 #include <utility>
 #include <vector>
@@ -37,25 +38,6 @@ constexpr std::array<FolderKind, 8> FolderKinds{{
     {ItemType::Post, {}, StringId::PostFolderKind},
 }};
 
-bool IsDefaultFolder(NameSpace& session, StringId folder, const std::string& entryID) {
-  bool same = false;
-  IgnoreErrors([&] {
-    const FolderRef known = session.GetDefaultFolder(RSIndexToDefFolderIndex(Number(folder)));
-    same = Require(known).EntryID() == entryID;
-  });
-  return same;
-}
-
-/// Nothing is remembered from one folder to the next: which folder is a default one may change meanwhile.
-StringId PictureOf(NameSpace& session, ItemType itemType, const std::string& entryID) {
-  const auto* const kind = std::ranges::find(FolderKinds, itemType, &FolderKind::itemType);
-  if (kind == FolderKinds.end()) return StringId::OtherFolderKind;
-  for (const StringId folder : kind->defaults) {
-    if (IsDefaultFolder(session, folder, entryID)) return folder;
-  }
-  return kind->picture;
-}
-
 StringId TipForDefaultFolder(int32_t rsIndex) {
   switch (static_cast<StringId>(rsIndex)) {
     case StringId::DeletedItemsFolder:
@@ -84,6 +66,39 @@ class Guard {
 };
 
 }  // namespace
+
+/// The default folders while folders are added in one go: each is asked for when a folder of its kind comes
+/// by, and once. Nothing is remembered from one time to the next: they may be others then.
+class frmFolders::DefaultFolderIds {
+ public:
+  explicit DefaultFolderIds(NameSpace& session) : session_(session) {}
+
+  StringId PictureOf(ItemType itemType, const std::string& entryID) {
+    const auto* const kind = std::ranges::find(FolderKinds, itemType, &FolderKind::itemType);
+    if (kind == FolderKinds.end()) return StringId::OtherFolderKind;
+    for (const StringId folder : kind->defaults) {
+      if (EntryIdOf(folder) == entryID) return folder;
+    }
+    return kind->picture;
+  }
+
+ private:
+  /// Empty, as no folder's in the tree is, for one that cannot be found.
+  const std::string& EntryIdOf(StringId folder) {
+    const auto [known, isNew] = known_.try_emplace(folder);
+    std::string& entryID = known->second;
+    if (isNew) {
+      IgnoreErrors([&] {
+        const FolderRef found = session_.GetDefaultFolder(RSIndexToDefFolderIndex(Number(folder)));
+        entryID = Require(found).EntryID();
+      });
+    }
+    return entryID;
+  }
+
+  NameSpace& session_;
+  std::map<StringId, std::string> known_;
+};
 
 frmFolders::frmFolders(const Services& services) : Dialog("frmFolders"), services_(services) {
   SetCaption(services.resources.LoadString(StringId::FolderPickerTitle));
@@ -146,7 +161,8 @@ void frmFolders::Load() {
   const NameSpaceRef session = Require(addin_).Session();
   const std::shared_ptr<Folders> stores = Require(session).Folders();
   const int32_t count = Require(stores).Count();
-  for (int32_t i = 1; i <= count; ++i) AddFolder(*session, stores->Item(i), Tree::NoNode, false);
+  DefaultFolderIds defaults(*session);
+  for (int32_t i = 1; i <= count; ++i) AddFolder(defaults, stores->Item(i), Tree::NoNode, false);
 
   selection_.Load(settings, services_.objects);
   selection_.ForEachKey([&](const std::string& key) {
@@ -166,10 +182,12 @@ void frmFolders::Load() {
 
 void frmFolders::AddFolder(const FolderRef& folder, Tree::Node parent, bool allLevels) {
   const NameSpaceRef session = Require(addin_).Session();
-  AddFolder(Require(session), folder, parent, allLevels);
+  DefaultFolderIds defaults(Require(session));
+  AddFolder(defaults, folder, parent, allLevels);
 }
 
-void frmFolders::AddFolder(NameSpace& session, const FolderRef& folder, Tree::Node parent, bool allLevels) {
+void frmFolders::AddFolder(DefaultFolderIds& defaults, const FolderRef& folder, Tree::Node parent,
+                           bool allLevels) {
   struct Level {
     std::shared_ptr<Folders> folders;
     int32_t count;
@@ -178,7 +196,7 @@ void frmFolders::AddFolder(NameSpace& session, const FolderRef& folder, Tree::No
   };
   std::vector<Level> levels;  // a hierarchy may be deeper than the machine's stack would bear
   const auto add = [&](const FolderRef& added, Tree::Node above) {
-    const Tree::Node node = AddNode(session, Require(added), above);
+    const Tree::Node node = AddNode(defaults, Require(added), above);
     if (node == Tree::NoNode) return;
     std::shared_ptr<Folders> below = added->Folders();
     const int32_t count = Require(below).Count();
@@ -202,13 +220,13 @@ void frmFolders::AddFolder(NameSpace& session, const FolderRef& folder, Tree::No
 }
 
 /// NoNode for a folder that is left out.
-Tree::Node frmFolders::AddNode(NameSpace& session, Folder& folder, Tree::Node parent) {
+Tree::Node frmFolders::AddNode(DefaultFolderIds& defaults, Folder& folder, Tree::Node parent) {
   std::string entryID;
   if (!IgnoreErrors([&] { entryID = folder.EntryID(); }) || entryID.empty()) return Tree::NoNode;
   const std::string key = FolderKey(entryID, folder.StoreID());
   const std::string text = folder.Name();
   const StringId picture = parent == Tree::NoNode ? StringId::RootStoreKind
-                                                  : PictureOf(session, folder.DefaultItemType(), entryID);
+                                                  : defaults.PictureOf(folder.DefaultItemType(), entryID);
   const Tree::Node node = tvFolders.Add(parent, key, text, NumberKey(Number(picture)));
   if (selection_.Find(key) != nullptr) tvFolders.SetChecked(node, true);
   return node;
@@ -226,7 +244,8 @@ void frmFolders::ExpandFolder(Tree::Node node) {
   const std::shared_ptr<Folders> folders = Require(folder).Folders();
   const int32_t count = Require(folders).Count();
   if (count > 0) tvFolders.Reserve(static_cast<size_t>(count));
-  for (int32_t i = 1; i <= count; ++i) AddFolder(*session, folders->Item(i), node, false);
+  DefaultFolderIds defaults(*session);
+  for (int32_t i = 1; i <= count; ++i) AddFolder(defaults, folders->Item(i), node, false);
 }
 
 // --- the selected folder

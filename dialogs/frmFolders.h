@@ -43,8 +43,9 @@ class frmFolders final : public Dialog {
   void FillTrees();
   void Load();
 
-  void AddFolder(NameSpace& session, const FolderRef& folder, Tree::Node parent, bool allLevels);
-  Tree::Node AddNode(NameSpace& session, Folder& folder, Tree::Node parent);
+  class DefaultFolderIds;
+  void AddFolder(DefaultFolderIds& defaults, const FolderRef& folder, Tree::Node parent, bool allLevels);
+  Tree::Node AddNode(DefaultFolderIds& defaults, Folder& folder, Tree::Node parent);
   void ExpandFolder(Tree::Node node);
 
   void ClickFolder(Tree::Node node);

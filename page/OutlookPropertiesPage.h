@@ -78,7 +78,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   void Apply();
   void Release() noexcept;
 
-  void FillRow(const FolderSetLists& lists, int32_t folderSet);
+  void FillRow(FolderSetLists& lists, int32_t folderSet);
   void UpdateButtons();
   void UpdateDefaultButton();
   void EditFolderSet(int32_t folderSet, bool modeEdit);

@@ -6,7 +6,8 @@
 
 namespace vexa {
 
-/// What the rows are read from, fetched once for as many rows as are filled.
+/// What the rows are read from, fetched once for as many rows as are filled; the list of stores that few rows
+/// need, when one does.
 struct OutlookPropertiesPage::FolderSetLists {
   CollectionRef<std::string> contactEntryIDs, contactStoreIDs;
   CollectionRef<std::string> journEntryIDs, journStoreIDs;
@@ -20,7 +21,6 @@ struct OutlookPropertiesPage::FolderSetLists {
         journEntryIDs(settings.GetJournEntryIDs()),
         journStoreIDs(settings.GetJournStoreIDs()),
         emailEntryIDs(settings.GetEmailEntryIDs()),
-        emailStoreIDs(settings.GetEmailStoreIDs()),
         session(addin.Session()),
         utilities(addin.Utilities()) {}
 };
@@ -34,7 +34,7 @@ void OutlookPropertiesPage::FillTrackedContacts() {
                    resources.LoadString(StringId::AssociatedEmailColumn)});
     const int32_t count = Require(settings_).GetFolderSetCount();
     if (count > 0) {
-      const FolderSetLists lists(*settings_, Require(addinApp_));
+      FolderSetLists lists(*settings_, Require(addinApp_));
       for (int32_t folderSet = 1; folderSet <= count; ++folderSet) FillRow(lists, folderSet);
     }
     UpdateButtons();
@@ -42,7 +42,7 @@ void OutlookPropertiesPage::FillTrackedContacts() {
   });
 }
 
-void OutlookPropertiesPage::FillRow(const FolderSetLists& lists, int32_t folderSet) {
+void OutlookPropertiesPage::FillRow(FolderSetLists& lists, int32_t folderSet) {
   const auto pathOf = [&](const std::string& entryID, const std::string& storeID) {
     FolderRef folder;
     IgnoreErrors([&] { folder = Require(lists.session).GetFolderFromID(entryID, storeID); });
@@ -58,6 +58,9 @@ void OutlookPropertiesPage::FillRow(const FolderSetLists& lists, int32_t folderS
   const std::string contact = pathAt(lists.contactEntryIDs, lists.contactStoreIDs);
   const std::string journ = pathAt(lists.journEntryIDs, lists.journStoreIDs);
   const std::string emailEntryID = Require(lists.emailEntryIDs).Item(folderSet);
+  if (!emailEntryID.empty() && lists.emailStoreIDs == nullptr) {
+    lists.emailStoreIDs = settings_->GetEmailStoreIDs();
+  }
   const std::string email = emailEntryID.empty()
                                 ? services_.resources.LoadString(StringId::NoFolder)
                                 : pathOf(emailEntryID, Require(lists.emailStoreIDs).Item(folderSet));
@@ -86,7 +89,8 @@ void OutlookPropertiesPage::EditFolderSet(int32_t folderSet, bool modeEdit) {
   editor.Initialize(*this, addinApp_, settings_, ToInt16(folderSet), modeEdit);
   services_.windows.ShowModal(editor, this);
   if (editor.Cancelled()) return;
-  FillRow(FolderSetLists(Require(settings_), Require(addinApp_)), folderSet);
+  FolderSetLists lists(Require(settings_), Require(addinApp_));
+  FillRow(lists, folderSet);
   UpdateButtons();
   SetDirty();
 }
