@@ -92,6 +92,7 @@ std::vector<Verdict> Run(const Contest& contest, int rounds);
 // The contests, one source a group.
 std::vector<Contest> TextContests();
 std::vector<Contest> TreeContests();
+std::vector<Contest> LargeTreeContests();
 std::vector<Contest> CollectionContests();
 std::vector<Contest> GridContests();
 std::vector<Contest> ErrorContests();

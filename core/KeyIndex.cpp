@@ -8,8 +8,6 @@
 namespace vexa {
 namespace {
 
-constexpr size_t FirstSize = 16;
-
 // Odd numbers with their bits well spread.
 constexpr uint64_t Spread = 0x9E3779B97F4A7C15;
 constexpr uint64_t Fold = 0xD6E8FEB86659FD93;
@@ -58,23 +56,11 @@ void KeyIndex::Reserve(size_t more) {
   if (slots > std::max(slots_.size(), FirstSize)) Grow(slots);
 }
 
-void KeyIndex::Insert(uint32_t hash, uint32_t number) {
-  if ((taken_ + 1) * 4 > slots_.size() * 3) Grow(slots_.empty() ? FirstSize : slots_.size() * 2);
-  Place({hash, number});
-  ++taken_;
-}
-
-void KeyIndex::Place(Slot placed) {
-  size_t at = placed.hash & Mask();
-  while (slots_[at].number != None) at = (at + 1) & Mask();
-  slots_[at] = placed;
-}
-
 void KeyIndex::Grow(size_t slots) {
   std::vector<Slot> former(slots);
   former.swap(slots_);
   for (const Slot& slot : former) {
-    if (slot.number != None) Place(slot);
+    if (slot.number != None) slots_[PlaceOf(slot.hash, [](uint32_t) { return false; })] = slot;
   }
 }
 

@@ -20,25 +20,38 @@ class KeyIndex {
   /// The number whose key has this hash and for which `hasKey(number)` holds; None when there is none.
   template <typename HasKey>
   uint32_t Find(uint32_t hash, HasKey&& hasKey) const {
-    if (slots_.empty()) return None;
-    for (size_t at = hash & Mask();; at = (at + 1) & Mask()) {
-      const Slot& slot = slots_[at];
-      if (slot.number == None) return None;
-      if (slot.hash == hash && hasKey(slot.number)) return slot.number;
-    }
+    return slots_.empty() ? None : slots_[PlaceOf(hash, hasKey)].number;
+  }
+
+  /// Where a search has ended, good until the next insertion or removal.
+  struct Place {
+    size_t slot;
+    uint32_t number;  // as from Find
+  };
+  /// Find, to be followed by Insert when there is none: makes room for one more beforehand.
+  template <typename HasKey>
+  Place FindPlace(uint32_t hash, HasKey&& hasKey) {
+    if ((taken_ + 1) * 4 > slots_.size() * 3) Grow(slots_.empty() ? FirstSize : slots_.size() * 2);
+    const size_t slot = PlaceOf(hash, hasKey);
+    return {slot, slots_[slot].number};
+  }
+  /// `place` is one where nothing was found, `number` not None.
+  void Insert(const Place& place, uint32_t hash, uint32_t number) {
+    slots_[place.slot] = {hash, number};
+    ++taken_;
   }
   /// Who says how many are to come may be wrong: no more than this is reserved.
   static constexpr size_t MostReserved = size_t{1} << 17;
   /// Makes room for so many more at once.
   void Reserve(size_t more);
-  /// `number` (not None) must not be there yet.
-  void Insert(uint32_t hash, uint32_t number);
   /// `number` must be there under this hash.
   void Erase(uint32_t hash, uint32_t number);
   void Clear();
   size_t MemoryInUse() const { return slots_.capacity() * sizeof(Slot); }
 
  private:
+  static constexpr size_t FirstSize = 16;
+
   /// The hash stands beside the number, so that a search reads no wrong key and growing reads none at all.
   struct Slot {
     uint32_t hash = 0;
@@ -46,7 +59,15 @@ class KeyIndex {
   };
 
   size_t Mask() const { return slots_.size() - 1; }
-  void Place(Slot placed);
+  /// The slot with the key, or the free one where the search for it ends.
+  template <typename HasKey>
+  size_t PlaceOf(uint32_t hash, HasKey&& hasKey) const {
+    size_t at = hash & Mask();
+    while (slots_[at].number != None && (slots_[at].hash != hash || !hasKey(slots_[at].number))) {
+      at = (at + 1) & Mask();
+    }
+    return at;
+  }
   void Grow(size_t slots);
 
   std::vector<Slot> slots_;  // a power of two, at most three quarters of them taken

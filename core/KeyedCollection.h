@@ -24,7 +24,8 @@ class KeyedCollection {
   /// Error 457 when the key is taken; the collection is then as it was.
   Value& Add(std::string_view key, Value value) {
     const uint32_t hash = HashOfKey(key);
-    if (NumberOf(key, hash) != None) throw MakeError(ErrorNumber::KeyExists);
+    const KeyIndex::Place place = index_.FindPlace(hash, HasKey(key));
+    if (place.number != None) throw MakeError(ErrorNumber::KeyExists);
     const KeyFrames::Number frame = frames_.FrameFor(key);
     const std::string_view ownPart = Keep(frames_.OwnPart(frame, key));
     if (free_ == None) {
@@ -32,7 +33,7 @@ class KeyedCollection {
       free_ = static_cast<uint32_t>(entries_.size() - 1);
     }
     const uint32_t number = free_;
-    index_.Insert(hash, number);  // the last that can fail
+    index_.Insert(place, hash, number);  // nothing can fail any more
     Entry& entry = entries_[number];
     free_ = entry.next;
     entry.ownPart = ownPart;
@@ -110,10 +111,11 @@ class KeyedCollection {
     Value value{};
   };
 
-  uint32_t NumberOf(std::string_view key, uint32_t hash) const {
-    return index_.Find(hash, [&](uint32_t number) {
+  uint32_t NumberOf(std::string_view key, uint32_t hash) const { return index_.Find(hash, HasKey(key)); }
+  auto HasKey(std::string_view key) const {
+    return [this, key](uint32_t number) {
       return frames_.Make(entries_[number].frame, entries_[number].ownPart, key);
-    });
+    };
   }
 
   std::string_view Keep(std::string_view ownPart) {

@@ -67,9 +67,9 @@ bool FillAtOnce(std::string_view text, std::span<const Variant> args, std::strin
 }  // namespace
 
 std::string Resources::LoadString(int32_t id, std::span<const Variant> args) const {
-  std::string made;
-  const std::optional<TableText> found = source_.FindString(id, made);
-  if (!found) throw MakeError(ErrorNumber::ResourceNotFound);
+  MadeText made;
+  const TableText* const found = source_.FindString(id, made);
+  if (found == nullptr) throw MakeError(ErrorNumber::ResourceNotFound);
   const std::string_view text = found->text;
   if (!found->hasMarks) return std::string(text);
   std::string filled;

@@ -5,10 +5,10 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/Variant.h"
 
@@ -18,8 +18,21 @@ enum class StringId : int32_t;
 
 /// A text of a table, and whether there is a '|' in it: most have none and are finished as they stand.
 struct TableText {
+  constexpr explicit TableText(std::string_view theText)
+      : text(theText), hasMarks(theText.find('|') != std::string_view::npos) {}
   std::string_view text;
   bool hasMarks;
+};
+
+/// Room for a text that a source does not have ready.
+struct MadeText {
+  std::string storage;
+  TableText text{std::string_view()};
+  const TableText* Make(std::string made) {
+    storage = std::move(made);
+    text = TableText(storage);
+    return &text;
+  }
 };
 
 /// Where texts and pictures come from: the compiled table, or the resources of the Windows module.
@@ -31,8 +44,8 @@ class ResourceSource {
   virtual ~ResourceSource() = default;
 
   /// The text with this id in the user's language. It stands in the source itself or, when it has to be made
-  /// from what stands there, in `made`. Nothing when there is none.
-  virtual std::optional<TableText> FindString(int32_t id, std::string& made) const = 0;
+  /// from what stands there, in `made`. Null when there is none.
+  virtual const TableText* FindString(int32_t id, MadeText& made) const = 0;
   virtual bool HasIcon(int32_t id) const = 0;
   virtual bool HasCursor(int32_t id) const = 0;
 };

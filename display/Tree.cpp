@@ -22,7 +22,9 @@ Tree::Tree(Form& form, std::string name) : Control(form, std::move(name), Contro
 
 Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, std::string_view image) {
   const uint32_t hash = key.empty() ? 0 : HashOfKey(key);
-  if (!key.empty() && NodeWith(key, hash) != NoNode) {
+  const KeyIndex::Place place =
+      key.empty() ? KeyIndex::Place{0, NoNode} : byKey_.FindPlace(hash, HasThisKey(key));
+  if (place.number != NoNode) {
     throw Error(KeyIsNotUnique, "Key is not unique in collection",
                 MakeError(ErrorNumber::InternalError).Source);
   }
@@ -32,10 +34,9 @@ Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, s
   const std::string_view ownPart = frames_.OwnPart(frame, key);
   const char* const kept = Keep(ownPart, text, key.empty());
   const Node node = FreshNumber();
-  if (!key.empty()) byKey_.Insert(hash, node);
-  free_ = At(node).next;
-
   NodeData& data = At(node);
+  free_ = data.next;
+  if (!key.empty()) byKey_.Insert(place, hash, node);
   data.text = kept;
   data.ownLength = static_cast<uint32_t>(ownPart.size());
   if (!ownPart.empty() && IsUsual(ownPart)) std::memcpy(data.ownPart.data(), ownPart.data(), ownPart.size());
@@ -48,6 +49,8 @@ Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, s
   Branch& siblings = ChildrenOf(parent);
   data.previous = siblings.last;
   data.next = NoNode;
+  data.children = Childless;
+  data.checkEra = 0;
   (siblings.last == NoNode ? siblings.first : At(siblings.last).next) = node;
   siblings.last = node;
   ++count_;
@@ -70,8 +73,11 @@ Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, s
 Tree::Node Tree::FreshNumber() {
   if (free_ == NoNode) {
     if (numbers_ == NoNode) throw MakeError(ErrorNumber::Overflow);
-    if (numbers_ % BlockSize == 0) blocks_.push_back(std::make_unique<std::array<NodeData, BlockSize>>());
+    if (numbers_ % BlockSize == 0) {
+      blocks_.push_back(std::make_unique_for_overwrite<std::array<NodeData, BlockSize>>());
+    }
     free_ = numbers_++;
+    At(free_).next = NoNode;
   }
   return free_;
 }
@@ -135,7 +141,7 @@ void Tree::Free(Node node) {
     byKey_.Erase(data.keyHash, node);
     unusedText_ += (IsUsual(OwnPart(data)) ? 0 : data.ownLength) + data.textLength;
   }
-  data = {};  // as in a fresh one
+  data.flags = 0;
   Node& list = keeping_ ? resting_ : free_;
   data.next = list;
   list = node;
@@ -154,11 +160,7 @@ void Tree::CompactTexts() {
 
 Tree::Node Tree::Find(std::string_view key) const {
   if (key.empty()) return NoNode;
-  return NodeWith(key, HashOfKey(key));
-}
-
-Tree::Node Tree::NodeWith(std::string_view key, uint32_t hash) const {
-  return byKey_.Find(hash, [&](Node node) { return frames_.Make(At(node).frame, OwnPart(At(node)), key); });
+  return byKey_.Find(HashOfKey(key), HasThisKey(key));
 }
 
 // --- ways through the tree

@@ -130,29 +130,31 @@ class Tree final : public Control {
   };
 
   struct Branch {
-    Node first = NoNode;
-    Node last = NoNode;
+    Node first;
+    Node last;
   };
+  static constexpr Branch Childless{NoNode, NoNode};
 
   /// What is looked at to find a node stands together at the beginning, usual own parts of keys included: so
   /// few cache lines have to be fetched.
-  struct NodeData {
+  /// Nothing is set in it until it becomes a node.
+  struct NodeData {  // NOLINT(cppcoreguidelines-pro-type-member-init)
     static constexpr size_t UsualOwnPart = 18;
-    std::array<char, UsualOwnPart> ownPart{};
-    KeyFrames::Number frame = KeyFrames::Whole;
-    uint32_t ownLength = 0;
-    uint32_t textLength = 0;
-    const char* text = nullptr;  // in front of it, a longer own part
-    Node parent = NoNode;
-    Node previous = NoNode;
-    Node next = NoNode;  // of a number that is free, the next free one
+    std::array<char, UsualOwnPart> ownPart;
+    KeyFrames::Number frame;
+    uint32_t ownLength;
+    uint32_t textLength;
+    const char* text;  // in front of it, a longer own part
+    Node parent;
+    Node previous;
+    Node next;  // of a number that is free, the next free one
     Branch children;
-    Node previousChecked = NoNode;
-    Node nextChecked = NoNode;
-    uint32_t checkEra = 0;  // it is checked while this is the tree's
-    uint32_t keyHash = 0;
-    uint16_t image = 0;
-    uint16_t flags = 0;
+    Node previousChecked;  // of a checked one
+    Node nextChecked;
+    uint32_t checkEra;  // it is checked while this is the tree's
+    uint32_t keyHash;
+    uint16_t image;
+    uint16_t flags;
   };
 
   static constexpr size_t BlockSize = 256;
@@ -172,8 +174,9 @@ class Tree final : public Control {
   static bool HasKey(const NodeData& data) { return data.ownLength != 0 || data.frame != KeyFrames::Whole; }
   /// Keeps the text, and in front of it an own part that is longer than usual; returns the text.
   const char* Keep(std::string_view ownPart, std::string_view text, bool keyless);
-  /// NoNode when there is none. `key` is not empty.
-  Node NodeWith(std::string_view key, uint32_t hash) const;
+  auto HasThisKey(std::string_view key) const {
+    return [this, key](Node node) { return frames_.Make(At(node).frame, OwnPart(At(node)), key); };
+  }
   void Unlink(Node node);
   void Free(Node node);
   void UnlinkCheck(NodeData& data);
@@ -186,7 +189,7 @@ class Tree final : public Control {
   Node numbers_ = 0;  // given out so far
   Node free_ = NoNode;
   size_t count_ = 0;
-  Branch roots_;
+  Branch roots_ = Childless;
   KeyIndex byKey_;
   std::vector<std::string> images_{std::string()};
   std::map<std::string, uint16_t, std::less<>> imageNumbers_;

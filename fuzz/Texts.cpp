@@ -10,9 +10,8 @@ namespace {
 class OneText final : public vexa::ResourceSource {
  public:
   explicit OneText(std::string_view text) : text_(text) {}
-  bool FetchString(int32_t id, std::string& text) const override {
-    text = text_;
-    return id == 1;
+  const vexa::TableText* FindString(int32_t id, vexa::MadeText& made) const override {
+    return id == 1 ? made.Make(text_) : nullptr;
   }
   bool HasIcon(int32_t) const override { return false; }
   bool HasCursor(int32_t) const override { return false; }
@@ -31,7 +30,8 @@ void Replace(std::string& text, const std::string& what, std::string_view by) {
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   vexa::fuzz::Input input(data, size);
-  const OneText source(input.Text());
+  std::string expected(input.Text());
+  const OneText source(expected);
   std::vector<vexa::Variant> arguments(input.Byte() % 12);
   for (vexa::Variant& argument : arguments) {
     switch (input.Byte() % 4) {
@@ -49,8 +49,6 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         break;
     }
   }
-  std::string expected;
-  source.FetchString(1, expected);
   for (size_t i = 0; i < arguments.size(); ++i) {
     Replace(expected, "|" + std::to_string(i + 1), arguments[i].ToText());
   }

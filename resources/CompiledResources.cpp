@@ -31,18 +31,20 @@ constexpr bool IsAscending(std::span<const StringEntry> entries) {
            return left.id >= right.id;
          }) == entries.end();
 }
-static_assert(IsAscending(English) && English.front().id >= 0);
+/// Its ids are those of every language.
+constexpr std::span<const StringEntry> First = Tables.front().entries;
+static_assert(IsAscending(First) && First.front().id >= 0);
 static_assert(std::ranges::all_of(Tables, [](const LanguageTable& table) {
-  return std::ranges::equal(table.entries, English, {}, &StringEntry::id, &StringEntry::id);
+  return std::ranges::equal(table.entries, First, {}, &StringEntry::id, &StringEntry::id);
 }));
 
 /// Where the text with an id stands, in each of the tables.
 constexpr uint16_t NoPlace = UINT16_MAX;
 constexpr auto Places = [] {
-  std::array<uint16_t, static_cast<size_t>(English.back().id) + 1> places{};
+  std::array<uint16_t, static_cast<size_t>(First.back().id) + 1> places{};
   places.fill(NoPlace);
-  for (size_t place = 0; place < English.size(); ++place) {
-    places[static_cast<size_t>(English[place].id)] = static_cast<uint16_t>(place);
+  for (size_t place = 0; place < First.size(); ++place) {
+    places[static_cast<size_t>(First[place].id)] = static_cast<uint16_t>(place);
   }
   return places;
 }();
@@ -91,12 +93,10 @@ std::span<const LanguageTable> LanguageTables() { return Tables; }
 
 CompiledResources::CompiledResources(int32_t language) : table_(TableFor(language)) {}
 
-std::optional<TableText> CompiledResources::FindString(int32_t id, std::string& /*made*/) const {
-  if (id < 0 || static_cast<size_t>(id) >= Places.size()) return std::nullopt;
+const TableText* CompiledResources::FindString(int32_t id, MadeText& /*made*/) const {
+  if (id < 0 || static_cast<size_t>(id) >= Places.size()) return nullptr;
   const uint16_t place = Places[static_cast<size_t>(id)];
-  if (place == NoPlace) return std::nullopt;
-  const StringEntry& entry = table_.entries[place];
-  return TableText{entry.text, entry.hasMarks};
+  return place == NoPlace ? nullptr : &table_.entries[place];
 }
 
 bool CompiledResources::HasIcon(int32_t id) const { return IsIcon(id); }

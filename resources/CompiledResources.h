@@ -11,10 +11,9 @@
 
 namespace vexa {
 
-struct StringEntry {
+struct StringEntry : TableText {
+  constexpr StringEntry(int32_t theId, std::string_view theText) : TableText(theText), id(theId) {}
   int32_t id;
-  std::string_view text;
-  bool hasMarks = text.find('|') != std::string_view::npos;
 };
 
 /// One language's texts, ascending by id.
@@ -32,7 +31,7 @@ class CompiledResources final : public ResourceSource {
   /// else English.
   explicit CompiledResources(int32_t language);
 
-  std::optional<TableText> FindString(int32_t id, std::string& made) const override;
+  const TableText* FindString(int32_t id, MadeText& made) const override;
   bool HasIcon(int32_t id) const override;
   bool HasCursor(int32_t id) const override;
 

@@ -119,7 +119,10 @@ TEST(KeyFrames, LeaveOfTheKeysOfAStoreWhatIsTheirOwn) {
 TEST(KeyIndex, FindsAmongNumbersOfOneHash) {
   KeyIndex index;
   constexpr uint32_t sameHash = 0xFFFFFFF0;
-  for (uint32_t number = 0; number < 1000; ++number) index.Insert(sameHash + number % 3, number);
+  for (uint32_t number = 0; number < 1000; ++number) {
+    const uint32_t hash = sameHash + number % 3;
+    index.Insert(index.FindPlace(hash, [](uint32_t) { return false; }), hash, number);
+  }
   const auto has = [&](uint32_t number) {
     return index.Find(sameHash + number % 3, [&](uint32_t found) { return found == number; }) == number;
   };

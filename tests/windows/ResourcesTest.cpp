@@ -126,9 +126,9 @@ TEST_F(ModuleFile, FindsTheSameLanguageAsTheCompiledTables) {
     std::map<int32_t, std::string> expected;
     std::map<int32_t, std::string> actual;
     for (int32_t id = -1; id < 4000; ++id) {
-      std::string made;
-      if (const auto text = compiled.FindString(id, made)) expected[id] = text->text;
-      if (const auto text = resources.FindString(id, made)) actual[id] = text->text;
+      MadeText made;
+      if (const TableText* const text = compiled.FindString(id, made)) expected[id] = text->text;
+      if (const TableText* const text = resources.FindString(id, made)) actual[id] = text->text;
     }
     EXPECT_EQ(actual, expected);
   }

@@ -195,20 +195,19 @@ ModuleResources::ModuleResources(HMODULE module, LANGID language) : module_(modu
   }
 }
 
-std::optional<TableText> ModuleResources::FindString(int32_t id, std::string& made) const {
+const TableText* ModuleResources::FindString(int32_t id, MadeText& made) const {
   constexpr int32_t blockSize = 16;
-  if (id < 0 || id > 0xFFFF) return std::nullopt;
+  if (id < 0 || id > 0xFFFF) return nullptr;
   const HRSRC block = FindResourceExW(module_, MAKEINTRESOURCEW(6) /* RT_STRING */,
                                       MAKEINTRESOURCEW(id / blockSize + 1), language_);
-  if (block == nullptr) return std::nullopt;
+  if (block == nullptr) return nullptr;
   const HGLOBAL loaded = LoadResource(module_, block);
   const auto* entry = static_cast<const wchar_t*>(LockResource(loaded));
-  if (entry == nullptr) return std::nullopt;
+  if (entry == nullptr) return nullptr;
   // Sixteen texts one behind the other, each after its length.
   for (int32_t skipped = 0; skipped < id % blockSize; ++skipped) entry += 1 + *entry;
-  if (*entry == 0) return std::nullopt;
-  made = ToUtf8({entry + 1, *entry});
-  return TableText{made, made.find('|') != std::string::npos};
+  if (*entry == 0) return nullptr;
+  return made.Make(ToUtf8({entry + 1, *entry}));
 }
 
 bool ModuleResources::HasIcon(int32_t id) const {

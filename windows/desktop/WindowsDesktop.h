@@ -43,7 +43,7 @@ class ModuleResources final : public ResourceSource {
  public:
   ModuleResources(HMODULE module, LANGID language);
 
-  std::optional<TableText> FindString(int32_t id, std::string& made) const override;
+  const TableText* FindString(int32_t id, MadeText& made) const override;
   bool HasIcon(int32_t id) const override;
   bool HasCursor(int32_t id) const override;
 
