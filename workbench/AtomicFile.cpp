@@ -68,7 +68,7 @@ std::string ReadWholeFile(const std::string& path) {
   const FileDescriptor file(path, FileDescriptor::Use::Read);
   std::string content;
   for (;;) {
-    const std::string block = file.Read(1 << 20);
+    const std::string block = file.Read(1 << 16);
     if (block.empty()) return content;
     content += block;
   }

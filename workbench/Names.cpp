@@ -26,11 +26,17 @@ size_t Distance(std::string_view left, std::string_view right) {
 }  // namespace
 
 std::string SuggestName(std::string_view wrong, const std::vector<std::string_view>& known) {
-  const auto distance = [&](std::string_view name) { return Distance(wrong, name); };
-  const auto nearest = std::ranges::min_element(known, {}, distance);
-  if (nearest != known.end() && distance(*nearest) <= 1 + wrong.size() / 4) {
-    return "; did you mean \"" + std::string(*nearest) + "\"?";
+  size_t tooFar = 2 + wrong.size() / 4;
+  const std::string_view* nearest = nullptr;
+  for (const std::string_view& name : known) {
+    // The lengths alone tell most names apart.
+    if (std::max(wrong.size(), name.size()) - std::min(wrong.size(), name.size()) >= tooFar) continue;
+    const size_t distance = Distance(wrong, name);
+    if (distance >= tooFar) continue;
+    tooFar = distance;
+    nearest = &name;
   }
+  if (nearest != nullptr) return "; did you mean \"" + std::string(*nearest) + "\"?";
   constexpr size_t most = 24;
   std::string text = "; right would be ";
   if (known.size() > 1) text += "one of ";
