@@ -307,8 +307,9 @@ WalkResult Shrink(WalkResult failed, const ExtraInvariant& extra) {
   return failed;
 }
 
-ScratchFolder::ScratchFolder() : former_(fs::current_path().string()) {
-  folder_ = (fs::temp_directory_path() / ("vexa-walk-" + std::to_string(::getpid()))).string();
+ScratchFolder::ScratchFolder()
+    : former_(fs::current_path().string()),
+      folder_((fs::temp_directory_path() / ("vexa-walk-" + std::to_string(::getpid()))).string()) {
   fs::create_directories(folder_);
   fs::current_path(folder_);
 }
