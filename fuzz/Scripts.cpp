@@ -1,5 +1,6 @@
 // Console scripts: whatever a line says, the console carries it out or says in one line what is wrong with
 // it. Ends 0, 2 or, when strict, 3, as it promises.
+#include <cctype>
 #include <sstream>
 
 #include "fuzz/Fuzz.h"
@@ -8,7 +9,8 @@
 namespace {
 
 /// A fuzzer has no patience with worlds of any size.
-bool IsLeftOut(const std::string& line) {
+bool IsLeftOut(std::string line) {
+  for (char& letter : line) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
   for (const char* verb : {"load", "generate"}) {
     if (line.find(verb) != std::string::npos) return true;
   }
