@@ -2,10 +2,24 @@
 
 #include <algorithm>
 
+#include "display/OptionButton.h"
 #include "display/TextBox.h"
 #include "display/Tree.h"
 
 namespace vexa {
+namespace {
+
+/// A group of options is one stop of Tab: at the selected one, else at the first that can be used.
+bool StandsForItsGroup(const Control& control) {
+  if (control.Kind() != ControlKind::OptionButton) return true;
+  const OptionGroup& group = static_cast<const OptionButton&>(control).Group();
+  const auto usable = [](const OptionButton* option) { return option->IsUsable(); };
+  const auto selected = std::ranges::find_if(
+      group, [&](const OptionButton* option) { return option->Selected() && usable(option); });
+  return &control == (selected != group.end() ? *selected : *std::ranges::find_if(group, usable));
+}
+
+}  // namespace
 
 Control* Form::FindControl(std::string_view name) const {
   const auto found = std::ranges::find(controls_, name, [](Control* control) { return control->Name(); });
@@ -39,6 +53,7 @@ bool Form::MoveFocus(Control& control) {
 void Form::FocusFirst() {
   focus_ = NextInTabOrder(nullptr);
   if (view_ != nullptr) view_->FocusMoved(*this);
+  if (focus_ != nullptr) Raise(focus_->OnGotFocus);
 }
 
 Control* Form::NextInTabOrder(const Control* from, bool backwards) const {
@@ -49,7 +64,7 @@ Control* Form::NextInTabOrder(const Control* from, bool backwards) const {
   for (std::ptrdiff_t tried = 0; tried < count; ++tried) {
     at = (at + step + count) % count;
     Control* const control = controls_[static_cast<size_t>(at)];
-    if (control->TakesFocus() && control->IsUsable()) return control;
+    if (control->TakesFocus() && control->IsUsable() && StandsForItsGroup(*control)) return control;
   }
   return nullptr;
 }

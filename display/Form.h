@@ -59,9 +59,10 @@ class Form {
   /// Gives the focus to `control`. A text box that has it may refuse: its entry is validated first. False
   /// when the focus did not move there.
   bool MoveFocus(Control& control);
-  /// Gives the focus to the first control that can have it, without events: the form is being shown.
+  /// Gives the focus to the first control that can have it, as the form is being shown.
   void FocusFirst();
-  /// The next or previous usable control in tab order, counted from `from`; null when there is none.
+  /// The next or previous usable control in tab order, counted from `from`; null when there is none. Of a
+  /// group of options only one is met: arrows lead to the others.
   Control* NextInTabOrder(const Control* from, bool backwards = false) const;
 
   /// The button that Enter presses: the focused one, else the one made the default.

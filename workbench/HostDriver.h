@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "workbench/FormDriver.h"
+#include "workbench/KeyStroke.h"
 #include "workbench/Stage.h"
 #include "workbench/Words.h"
 
@@ -54,6 +55,13 @@ class HostDriver {
   virtual void OpenGallery() = 0;
   /// Writes a bitmap of the top form's window; ScriptError where there are no windows.
   virtual void TakePicture(const std::string& file) = 0;
+
+  // The keyboard, on the window that has the focus, whichever it is; ScriptError where there are no windows.
+  virtual void PressKey(const KeyStroke& key) = 0;
+  virtual void TypeLetters(const std::string& text) = 0;
+  /// The control that has the focus; a window of the container by its text, in quotes; empty for none.
+  virtual std::string KeyboardFocus() = 0;
+
   /// Shows a notice above all windows; `answered` hears, once it is closed, which button was pressed.
   virtual void ShowNotice(const std::string& title, const std::string& text,
                           const std::vector<std::string>& buttons,

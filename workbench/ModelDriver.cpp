@@ -16,6 +16,8 @@
 namespace vexa::workbench {
 namespace {
 
+constexpr const char* NoKeyboard = "a console without windows has no keyboard; \"key\" presses keys on forms";
+
 std::string NameOf(const Control* control) { return control == nullptr ? std::string() : control->Name(); }
 
 class ModelForm final : public FormDriver {
@@ -132,6 +134,9 @@ class ModelDriver final : public HostDriver {
     Gallery gallery(stage_.services);
     console_.ShowModal(gallery, nullptr);
   }
+  void PressKey(const KeyStroke& /*key*/) override { throw ScriptError(NoKeyboard); }
+  void TypeLetters(const std::string& /*text*/) override { throw ScriptError(NoKeyboard); }
+  std::string KeyboardFocus() override { throw ScriptError(NoKeyboard); }
   void TakePicture(const std::string& /*file*/) override {
     throw ScriptError("a console without windows takes no pictures");
   }

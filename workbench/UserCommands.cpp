@@ -224,6 +224,18 @@ void PressKey(Console& console, const Words& words) {
   Report(console, name, form->Press(code, words.size() > 1));
 }
 
+void Press(Console& console, const Words& words) {
+  std::vector<KeyStroke> keys;
+  for (const std::string& word : words) keys.push_back(KeyStrokeWord(word));
+  for (size_t i = 0; i < words.size(); ++i) {
+    console.Host().PressKey(keys[i]);
+    const std::string focus = console.Host().KeyboardFocus();
+    console.Out() << "  " << words[i] << ": " << (focus.empty() ? "no focus" : focus) << "\n";
+  }
+}
+
+void Write(Console& console, const Words& words) { console.Host().TypeLetters(words[0]); }
+
 void Close(Console& console, const Words&) {
   if (!console.TopForm()->CloseWindow())
     throw ScriptError("no dialog is open; \"hide\" and \"release\" end the page");
@@ -249,6 +261,8 @@ constexpr auto Commands = std::to_array<Command>({
     {"enter", "", "press Enter", 0, 0, Enter},
     {"esc", "", "press Esc", 0, 0, Esc},
     {"key", "CODE [shift]", "press a key by its virtual-key code, such as 116 for F5", 1, 2, PressKey},
+    {"press", "KEY...", "press keys where the focus is; after each, print where it is", 1, AnyNumber, Press},
+    {"write", "TEXT", "type letters where the focus is", 1, 1, Write},
     {"close", "", "close the open dialog by its window", 0, 0, Close},
 });
 

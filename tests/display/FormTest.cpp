@@ -34,6 +34,7 @@ class TestForm final : public Dialog {
     SetDefaultButton(ok);
     SetCancelButton(cancel);
     Show();
+    EXPECT_EQ(Take(), "box+") << "the first one has the focus and hears of it";
   }
 
   void Log(const std::string& event) { events += (events.empty() ? "" : " ") + event; }
@@ -84,6 +85,18 @@ TEST(Focus, StaysInABoxUntilItsEntryIsValid) {
   form.valid = true;
   EXPECT_EQ(user.Click(form.check), Outcome::Done);
   EXPECT_EQ(form.Take(), "valid box- check+ check");
+}
+
+TEST(Focus, MeetsOneOptionOfAGroup) {
+  TestForm form;
+  EXPECT_EQ(form.NextInTabOrder(&form.check), &form.one) << "the first, where none is selected";
+  EXPECT_EQ(form.NextInTabOrder(&form.one), &form.slider);
+  form.two.Select();
+  EXPECT_EQ(form.NextInTabOrder(&form.check), &form.two);
+  EXPECT_EQ(form.NextInTabOrder(&form.slider, true), &form.two);
+  EXPECT_EQ(form.NextInTabOrder(&form.two, true), &form.check);
+  form.two.SetEnabled(false);
+  EXPECT_EQ(form.NextInTabOrder(&form.check), &form.one) << "the selected one cannot be used";
 }
 
 TEST(Focus, MovesOffAControlThatIsNoLongerUsable) {

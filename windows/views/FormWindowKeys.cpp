@@ -93,7 +93,9 @@ KeyOutcome FormWindow::Tab(bool backwards) {
     if (box != nullptr && !box->Validate()) return KeyOutcome::Taken;
     return backwards ? KeyOutcome::LeavesBackward : KeyOutcome::LeavesForward;
   }
-  if (actions_.Leave(backwards) == Outcome::Done) {
+  // Where the focus arrives or is kept, what stands there is typed over.
+  const Outcome outcome = actions_.Leave(backwards);
+  if (outcome == Outcome::Done || outcome == Outcome::FocusKept) {
     Settle();
     if (ControlView* const view = FindView(FocusTarget())) view->SelectContent();
   }
@@ -116,6 +118,9 @@ void FormWindow::Activate(Control& control) {
     case ControlKind::Button:
     case ControlKind::CheckBox:
     case ControlKind::OptionButton:
+      // First the focus: a window that the click opens gives it back to where it was.
+      if (actions_.Focus(control) != Outcome::Done) break;
+      TakeFocus();
       actions_.Click(control);
       break;
     default:

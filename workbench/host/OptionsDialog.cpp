@@ -95,7 +95,7 @@ void OptionsDialog::CreateWindows() {
   // Tabbing goes in the order of making; the area lies above the tabs that stand around it.
   area_ = Child(AreaClass, L"", 0, WS_EX_CONTROLPARENT, 0);
   notes_ = Child(WC_STATICW, L"Outlook's own options would stand here.", 0, 0, 0);
-  tabs_ = Child(WC_TABCONTROLW, L"", WS_TABSTOP, 0, 0);
+  tabs_ = Child(WC_TABCONTROLW, L"Tabs", WS_TABSTOP, 0, 0);
   ok_ = Child(WC_BUTTONW, L"OK", WS_TABSTOP | BS_DEFPUSHBUTTON, 0, IDOK);
   Child(WC_BUTTONW, L"Cancel", WS_TABSTOP, 0, IDCANCEL);
   apply_ = Child(WC_BUTTONW, L"&Apply", WS_TABSTOP | WS_DISABLED, 0, ApplyId);
@@ -215,14 +215,23 @@ void OptionsDialog::Command(int id) {
 }
 
 void OptionsDialog::FocusOutside(bool backwards) {
-  SetFocus(backwards ? apply_ : tabs_);
-  if (backwards && IsWindowEnabled(apply_) == FALSE) SetFocus(ok_);
+  const HWND last = IsWindowEnabled(apply_) != FALSE ? apply_ : GetDlgItem(window_, IDCANCEL);
+  SetFocus(backwards ? last : tabs_);
 }
 
 bool OptionsDialog::TranslateForPage(MSG& message) {
-  if (!frame_ || !frame_->ActiveObject() || IsChild(area_, message.hwnd) == FALSE) return false;
+  if (!frame_ || !frame_->ActiveObject()) return false;
+  if (IsChild(area_, message.hwnd) == FALSE) return PressMnemonic(message);
   const ComPtr<IOleInPlaceActiveObject> active = frame_->ActiveObject();  // the message may end its time
   return active->TranslateAccelerator(&message) == S_OK;
+}
+
+/// The access keys of the page work wherever the focus is in the dialog; its own button goes first.
+bool OptionsDialog::PressMnemonic(MSG& message) {
+  if (message.message != WM_SYSCHAR || IsWindowVisible(area_) == FALSE) return false;
+  const bool own = message.wParam == L'a' && IsWindowEnabled(apply_) != FALSE;
+  const ComPtr<IOleControl> page = page_.As<IOleControl>();
+  return !own && page && page->OnMnemonic(&message) == S_OK;
 }
 
 void OptionsDialog::Handle(MSG& message) {

@@ -52,6 +52,7 @@ class OptionsDialog {
   void Command(int id);
   void FocusOutside(bool backwards);
   bool TranslateForPage(MSG& message);
+  bool PressMnemonic(MSG& message);
   HWND Child(const wchar_t* windowClass, const wchar_t* text, DWORD style, DWORD extendedStyle, int id);
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -1,10 +1,12 @@
 #include "workbench/host/WindowDriver.h"
 
 #include <algorithm>
+#include <array>
 
 #include "dialogs/frmNotice.h"
 #include "windows/com/Text.h"
 #include "windows/desktop/WindowsDesktop.h"
+#include "windows/views/AccessKeys.h"
 #include "windows/views/Handles.h"
 #include "windows/views/WindowsModals.h"
 #include "workbench/Gallery.h"
@@ -297,6 +299,70 @@ void WindowDriver::TakePicture(const std::string& file) {
   const HWND form = dialogs_.empty() ? PageWindow() : dialogs_.back().window;
   if (form == nullptr) throw ScriptError("no window is open");
   ui_.Run([&] { SavePicture(GetAncestor(form, GA_ROOT), windows::ToUtf16(file)); });
+}
+
+// --- the keyboard
+
+HWND WindowDriver::FocusedWindow() const {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  if (GetGUIThreadInfo(ui_.Id(), &info) == FALSE) return nullptr;
+  return info.hwndFocus != nullptr ? info.hwndFocus : info.hwndActive;
+}
+
+void WindowDriver::HoldDown(const KeyStroke& key, bool down) {
+  ui_.Run([&] {
+    std::array<BYTE, 256> keys{};
+    GetKeyboardState(keys.data());
+    const auto hold = [&](bool held, int code) { keys[static_cast<size_t>(code)] = held && down ? 0x80 : 0; };
+    hold(key.shift, VK_SHIFT);
+    hold(key.control, VK_CONTROL);
+    hold(key.alt, VK_MENU);
+    hold(true, key.code);
+    SetKeyboardState(keys.data());
+  });
+}
+
+void WindowDriver::PressKey(const KeyStroke& key) {
+  constexpr LPARAM altIsDown = 1 << 29;
+  constexpr LPARAM goesUp = 0xC0000000;
+  const auto post = [&](bool down, int code) {
+    const auto scan = static_cast<LPARAM>(MapVirtualKeyW(static_cast<UINT>(code), MAPVK_VK_TO_VSC));
+    const LPARAM state = 1 | scan << 16 | (key.alt ? altIsDown : 0) | (down ? 0 : goesUp);
+    const UINT message = key.alt ? (down ? WM_SYSKEYDOWN : WM_SYSKEYUP) : (down ? WM_KEYDOWN : WM_KEYUP);
+    // What went down on one window comes up on the one that has the focus by then.
+    if (const HWND focused = FocusedWindow())
+      PostMessageW(focused, message, static_cast<WPARAM>(code), state);
+    Settle();
+  };
+  HoldDown(key, true);
+  if (key.alt) post(true, VK_MENU);
+  post(true, key.code);
+  HoldDown(key, false);
+  post(false, key.code);
+  if (key.alt) post(false, VK_MENU);
+}
+
+void WindowDriver::TypeLetters(const std::string& text) {
+  for (const wchar_t letter : windows::ToUtf16(text)) {
+    const SHORT key = VkKeyScanW(letter);
+    if (key != -1) {
+      const int held = HIBYTE(key);
+      PressKey({LOBYTE(key), (held & 1) != 0, (held & 2) != 0, (held & 4) != 0});
+    } else if (const HWND focused = FocusedWindow()) {  // this keyboard has it not
+      PostMessageW(focused, WM_CHAR, letter, 1);
+      Settle();
+    }
+  }
+}
+
+std::string WindowDriver::KeyboardFocus() {
+  const HWND focused = FocusedWindow();
+  if (focused == nullptr) return {};
+  const std::string control = ControlNameOf(focused);
+  const std::string form = FormNameOf(focused);
+  if (!control.empty() || !form.empty()) return control.empty() ? form : control;
+  return QuotedText(windows::ToUtf8(windows::PlainText(TextOfWindow(focused))));
 }
 
 std::optional<FolderIndex> WindowDriver::PickFolder() {

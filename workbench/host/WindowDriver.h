@@ -41,6 +41,9 @@ class WindowDriver final : public HostDriver {
   void ShowNotice(const std::string& title, const std::string& text, const std::vector<std::string>& buttons,
                   const std::function<void(int32_t)>& answered) override;
   void TakePicture(const std::string& file) override;
+  void PressKey(const KeyStroke& key) override;
+  void TypeLetters(const std::string& text) override;
+  std::string KeyboardFocus() override;
   std::optional<FolderIndex> PickFolder() override;
 
   // --- for the forms
@@ -75,6 +78,9 @@ class WindowDriver final : public HostDriver {
   void AnswerMessage(HWND window);
   void AnswerPicker(HWND window);
   void CloseDialogs();
+  HWND FocusedWindow() const;
+  /// Whether the keyboard of the windows has these keys down.
+  void HoldDown(const KeyStroke& key, bool down);
   HWND PageWindow() const;
 
   Console& console_;

@@ -24,7 +24,6 @@ std::string Property(HWND window, const wchar_t* name) {
   const auto* const text = static_cast<const char*>(GetPropW(window, name));
   return text == nullptr ? std::string() : text;
 }
-std::string ControlNameOf(HWND window) { return Property(window, L"VexaControlName"); }
 
 DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)); }
 
@@ -181,6 +180,7 @@ std::string ReadText(HWND control, ControlKind kind) {
 }  // namespace
 
 std::string FormNameOf(HWND window) { return Property(window, L"VexaFormName"); }
+std::string ControlNameOf(HWND window) { return Property(window, L"VexaControlName"); }
 
 HWND FindFormWindow(HWND window) {
   if (!FormNameOf(window).empty()) return window;

@@ -14,6 +14,8 @@ class WindowDriver;
 HWND FindFormWindow(HWND window);
 /// The name of the form that a window shows; empty for any other window.
 std::string FormNameOf(HWND window);
+/// The name of the control that a window is; empty for any other window.
+std::string ControlNameOf(HWND window);
 
 class WindowForm final : public FormDriver {
  public:
