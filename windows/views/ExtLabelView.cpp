@@ -6,6 +6,7 @@
 #include "windows/com/Text.h"
 #include "windows/views/ControlViews.h"
 #include "windows/views/Handles.h"
+#include "windows/views/LinksAccessible.h"
 
 namespace vexa::windows {
 namespace {
@@ -62,14 +63,17 @@ COLORREF LinkColor() {
 }
 
 /// The words stand in lines; the form's label knows nothing of pixels.
-class ExtLabelView final : public ControlView {
+class ExtLabelView final : public ControlView, private LinkedText {
  public:
   ExtLabelView(ViewHost& host, ExtLabel& label) : ControlView(host, label), label_(label) {
     Create(WC_STATICW, SS_OWNERDRAW | SS_NOTIFY);
     fonts_.emplace(host.Face().Font());
     ExtLabelView::Sync();
   }
-  ~ExtLabelView() override { RemovePropW(Window(), MarkupProperty); }
+  ~ExtLabelView() override {
+    RemovePropW(Window(), MarkupProperty);
+    if (accessible_) accessible_->Disconnect();
+  }
 
   void Sync() override {
     ControlView::Sync();
@@ -78,6 +82,10 @@ class ExtLabelView final : public ControlView {
     const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE) & ~LONG_PTR{WS_TABSTOP};
     SetWindowLongPtrW(Window(), GWL_STYLE, style | (label_.TakesFocus() ? WS_TABSTOP : 0));
     InvalidateRect(Window(), nullptr, FALSE);
+    if (shownHotSpot_ == label_.CurrentHotSpot()) return;
+    shownHotSpot_ = label_.CurrentHotSpot();
+    if (GetFocus() == Window())
+      NotifyWinEvent(EVENT_OBJECT_FOCUS, Window(), OBJID_CLIENT, LONG{shownHotSpot_} + 1);
   }
 
   void SyncFont() override {
@@ -114,6 +122,11 @@ class ExtLabelView final : public ControlView {
 
   bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override {
     switch (message) {
+      case WM_GETOBJECT:
+        if (static_cast<LONG>(lParam) != OBJID_CLIENT) break;
+        if (!accessible_) accessible_ = ComPtr<LinksAccessible>(new LinksAccessible(*this));
+        result = accessible_->Answer(wParam);
+        return true;
       case WM_SETFOCUS:
       case WM_KILLFOCUS:
         InvalidateRect(Window(), nullptr, FALSE);
@@ -136,6 +149,32 @@ class ExtLabelView final : public ControlView {
   }
 
  private:
+  // LinkedText
+  HWND TextWindow() const override { return Window(); }
+  std::string WholeText() const override { return label_.Text().PlainText(); }
+  int LinkCount() const override { return label_.Text().HotSpotCount(); }
+  std::string LinkText(int link) const override { return label_.Text().HotSpotText(link); }
+  RECT LinkArea(int link) const override {
+    RECT around{};
+    for (const PlacedWord& word : PlaceWords()) {
+      if (label_.Text().Words()[word.word].style.hotSpot == link) UnionRect(&around, &around, &word.area);
+    }
+    return around;
+  }
+  int CurrentLink() const override { return label_.CurrentHotSpot(); }
+  void ReachLink(int link) override {
+    host_.Guard([&] {
+      if (host_.Actions().Focus(label_) != Outcome::Done) return;
+      label_.SetCurrentHotSpot(link);
+      host_.TakeFocus();
+    });
+  }
+  void FollowLink(int link) override {
+    // Later: whoever asks from another process must not wait for what the click opens.
+    ReachLink(link);
+    if (GetFocus() == Window()) PostMessageW(Window(), WM_KEYDOWN, VK_SPACE, 1);
+  }
+
   struct Piece {
     size_t word;
     int x;
@@ -295,6 +334,8 @@ class ExtLabelView final : public ControlView {
 
   ExtLabel& label_;
   mutable std::optional<StyledFonts> fonts_;
+  ComPtr<LinksAccessible> accessible_;
+  int32_t shownHotSpot_ = 0;
 };
 
 }  // namespace

@@ -50,6 +50,12 @@ class SectionView final : public ControlView {
     return TRUE;
   }
 
+ protected:
+  bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override {
+    if (message == WM_UPDATEUISTATE) InvalidateRect(Window(), nullptr, FALSE);
+    return ControlView::Intercept(message, wParam, lParam, result);
+  }
+
  private:
   int CaptionWidth(const std::string& caption) const {
     return host_.Face().WidthOf(ToUtf16(caption)) + host_.Face().Scale(CaptionPadding);
@@ -81,7 +87,9 @@ class SectionView final : public ControlView {
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(section_.IsUsable() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
     const std::wstring text = host_.Keys().MarkedCaption(section_);
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &caption, DT_SINGLELINE);
+    const bool hidden = (Send(Window(), WM_QUERYUISTATE) & UISF_HIDEACCEL) != 0;
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &caption,
+              DT_SINGLELINE | (hidden ? DT_HIDEPREFIX : 0U));
     DrawRule(dc, captionTop, section_.Shadow(), 0, COLOR_3DSHADOW);
     DrawRule(dc, captionTop, section_.Shadow(), 1, COLOR_3DHIGHLIGHT);
   }

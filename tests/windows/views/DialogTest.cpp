@@ -1,7 +1,6 @@
 // A dialog with every kind of control on the screen, used with the keyboard; and the ways in which a modal
 // dialog may end.
 #include <gtest/gtest.h>
-#include <oleacc.h>
 
 #include <algorithm>
 #include <thread>
@@ -386,37 +385,100 @@ TEST_F(DialogTest, ADialogWithoutALayoutDisablesNobody) {
 
 // --- what assistive software and others see
 
-TEST_F(DialogTest, EveryControlHasAnAccessibleName) {
+VARIANT Child(LONG number) {
+  VARIANT child{};
+  child.vt = VT_I4;
+  child.lVal = number;
+  return child;
+}
+
+TEST_F(DialogTest, ControlsAreNamedByTheirTextOrTheirSection) {
   ASSERT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
-  std::map<std::string, std::string> names;
   Modals modals;
   modals.Then([&](HWND front) {
-    for (const Control* control : gallery_.Controls()) {
-      // A label without a text has nothing to say.
-      if (!control->IsShown() || (!control->TakesFocus() && control->Caption().empty())) continue;
-      void* found = nullptr;
-      const HWND window = FindNamed(front, control->Name());
-      ASSERT_EQ(
-          AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found),
-          S_OK)
-          << control->Name();
-      const auto accessible = ComPtr<IAccessible>::Attach(static_cast<IAccessible*>(found));
-      VARIANT self{};
-      self.vt = VT_I4;
+    const std::string section = "Every kind of control";
+    for (const auto& [control, expected] : std::map<std::string, std::string>{{"cmdBrowse", "Browse..."},
+                                                                              {"chkFrame", "Choices"},
+                                                                              {"optOne", "One"},
+                                                                              {"txtNumber", section},
+                                                                              {"sldLevel", section},
+                                                                              {"gdRows", section}}) {
       Bstr name;
-      accessible->get_accName(self, name.Receive());
-      names[control->Name()] = name.Text();
+      const HWND window = FindNamed(front, control);
+      const ComPtr<IAccessible> accessible = AccessibleOf(window);
+      ASSERT_TRUE(accessible) << control;
+      accessible->get_accName(Child(CHILDID_SELF), name.Receive());
+      EXPECT_EQ(name.Text(), expected) << control;
     }
     Modals::PostKey(VK_ESCAPE);
   });
   Show(gallery_);
   CoUninitialize();
-  EXPECT_EQ(names["cmdBrowse"], "Browse...");
-  EXPECT_EQ(names["chkFrame"], "Choices");
-  EXPECT_EQ(names["optOne"], "One");
-  EXPECT_EQ(names["txtNumber"], "Every kind of control") << "named by its section";
-  EXPECT_EQ(names["sldLevel"], "Every kind of control");
-  for (const auto& [control, name] : names) EXPECT_FALSE(name.empty()) << control;
+}
+
+TEST_F(DialogTest, TheLinksOfATextAreFoundReachedAndFollowed) {
+  ASSERT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
+  ComPtr<IAccessible> text;
+  const auto number = [](const VARIANT& value) { return value.vt == VT_I4 ? value.lVal : -1; };
+  const auto stateOf = [&](LONG child) {
+    VARIANT state{};
+    EXPECT_EQ(text->get_accState(Child(child), &state), S_OK);
+    return number(state);
+  };
+  const auto focused = [&] {
+    VARIANT child{};
+    text->get_accFocus(&child);
+    return number(child);
+  };
+  Modals modals;
+  modals.Then([&](HWND front) {
+    text = AccessibleOf(FindNamed(front, "lblHot"));
+    LONG count = 0;
+    EXPECT_EQ(text->get_accChildCount(&count), S_OK);
+    ASSERT_EQ(count, 2);
+    Bstr whole;
+    Bstr second;
+    EXPECT_EQ(text->get_accName(Child(CHILDID_SELF), whole.Receive()), S_OK);
+    EXPECT_EQ(whole.Text(), gallery_.lblHot.Text().PlainText());
+    EXPECT_EQ(text->get_accName(Child(2), second.Receive()), S_OK);
+    EXPECT_EQ(second.Text(), "the second");
+    VARIANT role{};
+    EXPECT_EQ(text->get_accRole(Child(2), &role), S_OK);
+    EXPECT_EQ(number(role), ROLE_SYSTEM_LINK);
+    EXPECT_EQ(stateOf(2) & STATE_SYSTEM_FOCUSED, 0);
+    EXPECT_EQ(text->get_accName(Child(3), second.Receive()), E_INVALIDARG);
+    // Where it says that a link is, it finds the link.
+    for (const LONG link : {1, 2}) {
+      LONG left = 0, top = 0, width = 0, height = 0;
+      EXPECT_EQ(text->accLocation(&left, &top, &width, &height, Child(link)), S_OK);
+      VARIANT hit{};
+      EXPECT_EQ(text->accHitTest(left + width / 2, top + height / 2, &hit), S_OK);
+      EXPECT_EQ(number(hit), link);
+      VARIANT next{};
+      EXPECT_EQ(text->accNavigate(NAVDIR_NEXT, Child(link), &next), link == 1 ? S_OK : S_FALSE);
+      EXPECT_EQ(number(next), link == 1 ? 2 : -1);
+    }
+    EXPECT_EQ(text->accSelect(SELFLAG_TAKEFOCUS, Child(1)), S_OK);
+    EXPECT_EQ(focused(), 1);
+    Modals::PostKey(VK_RIGHT);
+  });
+  modals.Then([&](HWND) {
+    EXPECT_EQ(focused(), 2);
+    EXPECT_NE(stateOf(2) & STATE_SYSTEM_FOCUSED, 0);
+    EXPECT_EQ(text->accDoDefaultAction(Child(1)), S_OK);
+  });
+  modals.Then([&](HWND) {
+    EXPECT_NE(Log(gallery_).find("lblHot_Click"), std::string::npos) << Log(gallery_);
+    EXPECT_EQ(focused(), 1);
+    Modals::PostKey(VK_ESCAPE);
+  });
+  Show(gallery_);
+  Bstr late;
+  EXPECT_EQ(text->get_accName(Child(1), late.Receive()), CO_E_OBJNOTCONNECTED)
+      << "it is kept, the text is gone";
+  EXPECT_EQ(text->accDoDefaultAction(Child(1)), CO_E_OBJNOTCONNECTED);
+  text.Reset();
+  CoUninitialize();
 }
 
 }  // namespace

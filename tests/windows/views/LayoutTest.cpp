@@ -1,6 +1,7 @@
 // Every screen that the user can open, in every language and at three resolutions: no text is wider than the
-// control that shows it, no control covers another, and no access key is given twice. The screens are found
-// by pressing every button, so that new ones are measured without being named here.
+// control that shows it, no control covers another, no access key is given twice, and what takes the focus
+// has a name for screen readers. The screens are found by pressing every button, so that new ones are
+// measured without being named here.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -96,6 +97,7 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
           << name << " stands outside";
       EXPECT_TRUE(area.right > area.left && area.bottom > area.top) << name << " has no size";
       CheckText(name, child, dpi);
+      if (dpi == 96) CheckAccessible(name, child);
       if (const wchar_t key = MarkOf(TextOfWindow(child)); key != 0 && ClassOf(child) != WC_EDITW) {
         const auto [other, isNew] = keys.try_emplace(static_cast<wchar_t>(towupper(key)), name);
         EXPECT_TRUE(isNew) << name << " has the access key of " << other->second;
@@ -167,6 +169,26 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
     }
   }
 
+  /// Whatever takes the focus has a name, which screen readers read out.
+  static void CheckAccessible(const std::string& name, HWND window) {
+    if ((StyleOf(window) & WS_TABSTOP) == 0) return;
+    const ComPtr<IAccessible> accessible = AccessibleOf(window);
+    ASSERT_TRUE(accessible) << name;
+    VARIANT self{};
+    self.vt = VT_I4;
+    Bstr read;
+    accessible->get_accName(self, read.Receive());
+    EXPECT_FALSE(read.Text().empty()) << name << " has no name";
+    const std::wstring text = PlainText(TextOfWindow(window));
+    if (ClassOf(window) == WC_BUTTONW) {
+      EXPECT_EQ(read.Text(), ToUtf8(text)) << name;
+    }
+  }
+
+  struct Com {
+    Com() { EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
+    ~Com() { CoUninitialize(); }
+  } com_;
   int32_t language_ = 0;
 };
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <oleacc.h>
 
 #include <memory>
 
 #include "tests/windows/Bench.h"
 #include "tests/windows/Modals.h"
+#include "windows/com/Com.h"
 #include "windows/desktop/WindowsDesktop.h"
 #include "windows/views/WindowsModals.h"
 #include "workbench/Gallery.h"
@@ -19,6 +21,16 @@ namespace vexa::windows {
 inline HMODULE TestedModule() {
   static const HMODULE module = LoadLibraryW(TestedModulePath().c_str());
   return module;
+}
+
+/// What assistive software asks about a control.
+inline ComPtr<IAccessible> AccessibleOf(HWND control) {
+  void* found = nullptr;
+  if (FAILED(
+          AccessibleObjectFromWindow(control, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found))) {
+    return nullptr;
+  }
+  return ComPtr<IAccessible>::Attach(static_cast<IAccessible*>(found));
 }
 
 class WindowStage : public testing::Test {
