@@ -14,8 +14,8 @@ std::string Figure(double value) {
   return text;
 }
 
-/// The heap puts off putting together what was freed until somebody asks for a large piece: whoever comes next
-/// would pay for the one before.
+/// The heap puts off putting together what was freed until somebody asks for a large piece: whoever comes
+/// next would pay for the one before.
 void TidyHeap() {
   constexpr size_t large = size_t{1} << 20;
   void* volatile piece = std::malloc(large);

@@ -18,6 +18,10 @@ int main(int argc, char** argv) {
   const QApplication application(argc, argv);
 
   const int rounds = argc > 1 ? std::atoi(argv[1]) : 11;
+  if (rounds < 1) {
+    std::fprintf(stderr, "vexa-benchmarks: \"%s\" is no number of rounds; try 11\n", argv[1]);
+    return 2;
+  }
   const std::string_view only = argc > 2 ? argv[2] : "";
   std::printf("Medians over %d rounds, with quartiles; ratios are medians of the rounds' ratios.\n", rounds);
   std::vector<Verdict> verdicts;
@@ -34,6 +38,10 @@ int main(int argc, char** argv) {
   if (only.empty() || only == "calls") take(CountOutsideCalls());
   if (only.empty() || only == "scale") take(MeasureScale(argc > 3 ? argv[3] : ""));
   run(LargeTreeContests);  // what they leave on the heap would be in the others' way
+  if (verdicts.empty()) {
+    std::fprintf(stderr, "vexa-benchmarks: no contest has \"%s\" in its name\n", argv[2]);
+    return 2;
+  }
   int missed = 0;
   for (const Verdict& verdict : verdicts) {
     if (!verdict.met) std::printf("%sNOT MET: %s\n", missed++ == 0 ? "\n" : "", verdict.text.c_str());

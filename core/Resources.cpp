@@ -1,5 +1,8 @@
 #include "core/Resources.h"
 
+#include <algorithm>
+#include <array>
+
 #include "core/Error.h"
 
 namespace vexa {
@@ -34,15 +37,32 @@ std::string FilledInTurn(std::string_view text, std::span<const Variant> args) {
   return filled;
 }
 
-/// The same in one go. False when filling a mark could make another one, because an inserted text has a '|'
-/// or one stands before a mark.
-bool FillAtOnce(std::string_view text, std::span<const Variant> args, std::string& filled) {
+/// Where a text is put together, without asking for memory piece by piece.
+class Assembly {
+ public:
+  /// False when there is no more room.
+  bool Append(std::string_view piece) {
+    if (piece.size() > room_.size() - size_) return false;
+    std::copy_n(piece.data(), piece.size(), room_.data() + size_);
+    size_ += piece.size();
+    return true;
+  }
+  std::string Text() const { return {room_.data(), size_}; }
+
+ private:
+  std::array<char, 1024> room_;  // many times what most texts need
+  size_t size_ = 0;
+};
+
+/// The same in one go. False for texts that are long, and when filling a mark could make another one, because
+/// an inserted text has a '|' or one stands before a mark.
+bool FillAtOnce(const TableText& found, std::span<const Variant> args, Assembly& filled) {
+  const std::string_view text = found.text;
   std::string made;
-  size_t room = text.size();
-  for (const Variant& arg : args) room += arg.TextView(made).size();
-  filled.reserve(room);
+  for (const Variant& arg : args) arg.TextView(made);  // one that is no text is an error, used or not
+  size_t at = found.firstMark;
   size_t from = 0;
-  for (size_t at = text.find(Mark); at != std::string_view::npos; at = text.find(Mark, at + 1)) {
+  while (at != std::string_view::npos) {
     const char kind = at + 1 < text.size() ? text[at + 1] : '\0';
     std::string_view with;
     if (const auto k = static_cast<size_t>(kind - '1'); k < 9 && k < args.size()) {
@@ -55,13 +75,19 @@ bool FillAtOnce(std::string_view text, std::span<const Variant> args, std::strin
     } else if (kind == Mark) {
       return false;
     } else {
+      at = text.find(Mark, at + 1);
       continue;
     }
-    filled.append(text.substr(from, at - from)).append(with);
+    if (!filled.Append(text.substr(from, at - from)) || !filled.Append(with)) return false;
     from = at + 2;
+    at = at == found.lastMark ? std::string_view::npos : text.find(Mark, from);
   }
-  filled.append(text.substr(from));
-  return true;
+  return filled.Append(text.substr(from));
+}
+
+std::string Filled(const TableText& found, std::span<const Variant> args) {
+  Assembly filled;
+  return FillAtOnce(found, args, filled) ? filled.Text() : FilledInTurn(found.text, args);
 }
 
 }  // namespace
@@ -70,11 +96,8 @@ std::string Resources::LoadString(int32_t id, std::span<const Variant> args) con
   MadeText made;
   const TableText* const found = source_.FindString(id, made);
   if (found == nullptr) throw MakeError(ErrorNumber::ResourceNotFound);
-  const std::string_view text = found->text;
-  if (!found->hasMarks) return std::string(text);
-  std::string filled;
-  if (!FillAtOnce(text, args, filled)) filled = FilledInTurn(text, args);
-  return filled;
+  if (found->firstMark == std::string_view::npos) return std::string(found->text);
+  return Filled(*found, args);
 }
 
 Picture Resources::LoadIcon(int32_t id) const {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,23 +17,31 @@ namespace vexa {
 
 enum class StringId : int32_t;
 
-/// A text of a table, and whether there is a '|' in it: most have none and are finished as they stand.
+/// A text of a table, and where the first and the last '|' in it stand: most have none and are finished as
+/// they stand, and few have more than one.
 struct TableText {
   constexpr explicit TableText(std::string_view theText)
-      : text(theText), hasMarks(theText.find('|') != std::string_view::npos) {}
+      : text(theText), firstMark(theText.find('|')), lastMark(theText.rfind('|')) {}
   std::string_view text;
-  bool hasMarks;
+  size_t firstMark;  // std::string_view::npos without one, as lastMark
+  size_t lastMark;
 };
 
-/// Room for a text that a source does not have ready.
-struct MadeText {
-  std::string storage;
-  TableText text{std::string_view()};
-  const TableText* Make(std::string made) {
-    storage = std::move(made);
-    text = TableText(storage);
-    return &text;
+/// Keeps a text that a source does not have ready. Small, for it stands by at every look-up.
+class MadeText {
+ public:
+  const TableText* Make(std::string text) {
+    made_ = std::make_unique<Made>(std::move(text));
+    return &made_->text;
   }
+
+ private:
+  struct Made {
+    explicit Made(std::string theText) : storage(std::move(theText)), text(storage) {}
+    std::string storage;
+    TableText text;
+  };
+  std::unique_ptr<Made> made_;
 };
 
 /// Where texts and pictures come from: the compiled table, or the resources of the Windows module.
