@@ -16,6 +16,7 @@ class DocumentShell {
 
   /// Asks the shell to perform the verb "Open" on a document, with the desktop as owner, no parameters,
   /// the working folder "C:\" and the normal show state. The shell's return code: 33 and above is success.
+  /// What is named without a folder is one of the system's programs.
   virtual int32_t ShellExecuteOpen(const std::string& path) = 0;
 };
 

@@ -132,8 +132,15 @@ MessageAnswer WindowsDesktop::Show(const std::string& text, MessageIcon icon, Me
 }
 
 int32_t WindowsDesktop::ShellExecuteOpen(const std::string& path) {
+  std::wstring place = ToUtf16(path);
+  if (path.find_first_of("\\/:") == std::string::npos) {
+    // One of the system's programs. The shell would take one of that name from the current folder, too.
+    std::wstring folder(MAX_PATH, L'\0');
+    folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
+    place = folder + L"\\" + place;
+  }
   const HINSTANCE code =
-      ShellExecuteW(GetDesktopWindow(), L"Open", ToUtf16(path).c_str(), L"", L"C:\\", SW_SHOWNORMAL);
+      ShellExecuteW(GetDesktopWindow(), L"Open", place.c_str(), L"", L"C:\\", SW_SHOWNORMAL);
   return static_cast<int32_t>(reinterpret_cast<INT_PTR>(code));
 }
 

@@ -140,8 +140,17 @@ BOOL WINAPI Peek(MSG* message, HWND window, UINT first, UINT last, UINT remove) 
 
 // --- the shell
 
+/// A program in the system's folder by its name; what comes without a folder is shown to be sought in the
+/// current one.
+std::string DocumentOf(std::wstring_view file) {
+  std::wstring system(MAX_PATH, L'\0');
+  system.resize(GetSystemDirectoryW(system.data(), MAX_PATH));
+  if (file.starts_with(system + L"\\")) return ToUtf8(file.substr(system.size() + 1));
+  return (file.find_first_of(L"\\/:") == std::wstring_view::npos ? ".\\" : "") + ToUtf8(file);
+}
+
 HINSTANCE WINAPI OpenDocument(HWND, LPCWSTR, LPCWSTR file, LPCWSTR, LPCWSTR, INT) {
-  const std::string path = ToUtf8(file);
+  const std::string path = DocumentOf(file);
   int32_t code = SE_ERR_ACCESSDENIED;
   if (Enters("Shell.Open", CallLog::Kind::Action, ERROR_ACCESS_DENIED,
              [&] { return "Shell.Open(" + QuotedText(path) + ")"; })) {
