@@ -20,6 +20,34 @@ Tree::Tree(Form& form, std::string name) : Control(form, std::move(name), Contro
 
 // --- nodes
 
+/// The number at the head of the free list, which is left as it is.
+inline Tree::Node Tree::FreshNumber() {
+  if (free_ == NoNode) {
+    if (numbers_ == NoNode) throw MakeError(ErrorNumber::Overflow);
+    if (numbers_ % BlockSize == 0) {
+      blocks_.push_back(std::make_unique_for_overwrite<std::array<NodeData, BlockSize>>());
+    }
+    free_ = numbers_++;
+    At(free_).next = NoNode;
+  }
+  return free_;
+}
+
+inline uint16_t Tree::ImageNumber(std::string_view image) {
+  if (image.empty()) return 0;
+  return images_[lastImage_] == image ? lastImage_ : AnotherImageNumber(image);
+}
+
+uint16_t Tree::AnotherImageNumber(std::string_view image) {
+  auto known = imageNumbers_.find(image);
+  if (known == imageNumbers_.end()) {
+    if (images_.size() > UINT16_MAX) throw MakeError(ErrorNumber::Overflow);
+    images_.emplace_back(image);
+    known = imageNumbers_.emplace(image, static_cast<uint16_t>(images_.size() - 1)).first;
+  }
+  return lastImage_ = known->second;
+}
+
 Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, std::string_view image) {
   const uint32_t hash = key.empty() ? 0 : HashOfKey(key);
   const KeyIndex::Place place =
@@ -67,31 +95,6 @@ Tree::Node Tree::Add(Node parent, std::string_view key, std::string_view text, s
   }
   Touch();
   return node;
-}
-
-/// The number at the head of the free list, which is left as it is.
-Tree::Node Tree::FreshNumber() {
-  if (free_ == NoNode) {
-    if (numbers_ == NoNode) throw MakeError(ErrorNumber::Overflow);
-    if (numbers_ % BlockSize == 0) {
-      blocks_.push_back(std::make_unique_for_overwrite<std::array<NodeData, BlockSize>>());
-    }
-    free_ = numbers_++;
-    At(free_).next = NoNode;
-  }
-  return free_;
-}
-
-uint16_t Tree::ImageNumber(std::string_view image) {
-  if (images_[lastImage_] == image) return lastImage_;
-  if (image.empty()) return 0;
-  auto known = imageNumbers_.find(image);
-  if (known == imageNumbers_.end()) {
-    if (images_.size() > UINT16_MAX) throw MakeError(ErrorNumber::Overflow);
-    images_.emplace_back(image);
-    known = imageNumbers_.emplace(image, static_cast<uint16_t>(images_.size() - 1)).first;
-  }
-  return lastImage_ = known->second;
 }
 
 const char* Tree::Keep(std::string_view ownPart, std::string_view text, bool keyless) {

@@ -166,6 +166,7 @@ class Tree final : public Control {
 
   Node FreshNumber();
   uint16_t ImageNumber(std::string_view image);
+  uint16_t AnotherImageNumber(std::string_view image);
   static bool IsUsual(std::string_view ownPart) { return ownPart.size() <= NodeData::UsualOwnPart; }
   static std::string_view OwnPart(const NodeData& data) {
     const bool usual = data.ownLength <= NodeData::UsualOwnPart;
