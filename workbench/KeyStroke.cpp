@@ -77,6 +77,7 @@ KeyStroke KeyStrokeWord(const std::string& word) {
   key.code = CodeOf(rest);
   if (key.code != 0) return key;
   std::vector<std::string_view> names;
+  names.reserve(NamedKeys.size());
   for (const NamedKey& named : NamedKeys) names.push_back(named.name);
   throw ScriptError("there is no key \"" + word + "\"" + SuggestName(rest, names));
 }
