@@ -4,6 +4,7 @@
 // measured without being named here.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -154,6 +155,24 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
       EXPECT_LE(needed.cy, client.bottom) << name << ": " << ToUtf8(text);
     } else if (kind == WC_EDITW) {
       EXPECT_LE(ruler.Measure(L"Wg").cy, client.bottom) << name;
+    } else if (kind == WC_TREEVIEWW) {
+      const bool hasBar = (StyleOf(window) & WS_VSCROLL) != 0;
+      const LONG room = client.right - (hasBar ? 0 : GetSystemMetrics(SM_CXVSCROLL));
+      for (LRESULT item = Send(window, TVM_GETNEXTITEM, TVGN_ROOT); item != 0;
+           item = Send(window, TVM_GETNEXTITEM, TVGN_NEXT, item)) {
+        RECT area{};
+        std::memcpy(&area, &item, sizeof item);  // the message takes the item where it puts the place
+        if (Send(window, TVM_GETITEMRECT, TRUE, &area) == 0) continue;  // scrolled out
+        std::array<wchar_t, 256> shown{};
+        TVITEMW asked{};
+        asked.mask = TVIF_TEXT;
+        asked.hItem = reinterpret_cast<HTREEITEM>(item);
+        asked.pszText = shown.data();
+        asked.cchTextMax = static_cast<int>(shown.size());
+        Send(window, TVM_GETITEMW, 0, &asked);
+        // The width that the tree tells is right only once it has drawn the item.
+        EXPECT_LE(area.left + ruler.Measure(asked.pszText).cx, room) << name << ": " << ToUtf8(asked.pszText);
+      }
     } else if (kind == WC_LISTVIEWW) {
       const auto header = reinterpret_cast<HWND>(Send(window, LVM_GETHEADER));
       const auto columns = static_cast<int>(Send(header, HDM_GETITEMCOUNT));

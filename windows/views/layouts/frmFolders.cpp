@@ -20,7 +20,7 @@ const Layout& LayoutOfFrmFolders() {
                       .Wide()
                       .FillsRow(),
                   Framed("fraItems", Column({
-                                         Item("tvItems").Lines(12).High().Width(175),
+                                         Item("tvItems").Lines(12).High().Width(185),
                                          Row({Item("cmdAll"), Item("cmdNone")}).EqualWidths(),
                                      }))
                       .FillsRow(),
