@@ -43,7 +43,8 @@ HRESULT LinksAccessible::With(const VARIANT& child, Body&& body) {
   if (text_ == nullptr) return CO_E_OBJNOTCONNECTED;
   if (child.vt != VT_I4 || child.lVal < CHILDID_SELF || child.lVal > text_->LinkCount()) return E_INVALIDARG;
   HRESULT outcome = S_OK;
-  const HRESULT called = Guarded(__uuidof(IAccessible), [&] { outcome = body(static_cast<int>(child.lVal) - 1); });
+  const HRESULT called =
+      Guarded(__uuidof(IAccessible), [&] { outcome = body(static_cast<int>(child.lVal) - 1); });
   return FAILED(called) ? called : outcome;
 }
 

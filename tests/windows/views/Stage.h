@@ -26,8 +26,8 @@ inline HMODULE TestedModule() {
 /// What assistive software asks about a control.
 inline ComPtr<IAccessible> AccessibleOf(HWND control) {
   void* found = nullptr;
-  if (FAILED(
-          AccessibleObjectFromWindow(control, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found))) {
+  if (FAILED(AccessibleObjectFromWindow(control, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                        &found))) {
     return nullptr;
   }
   return ComPtr<IAccessible>::Attach(static_cast<IAccessible*>(found));
