@@ -170,6 +170,19 @@ TEST(Folders, OfARecordThatIsLeftShowItsItemTypesWhenTheyAreGone) {
   EXPECT_EQ(scene.Shown(), "Old @135 @136");
 }
 
+TEST(Folders, MayBeNamedLikeMarkUp) {
+  const std::string name = "[b]A|1 [link]B[link]&C|n";
+  Profile profile = PickerScene::MakeProfile();
+  profile.world.AddFolder(2, profile.world.FindPath("\\\\Archive"), name, "C2", ItemType::Mail);
+  PickerScene scene(std::move(profile));
+  scene.Open();
+  scene.Expand("Archive");
+  EXPECT_EQ(Below(scene, scene.At("Archive")), "Old@129 " + name + "@129");
+  scene.Select("Archive/" + name);
+  EXPECT_EQ(scene.picker->lblHotTip.Caption().find("[link]B"), std::string::npos)
+      << "the tip names no folder";
+}
+
 TEST(Folders, HaveTips) {
   PickerScene scene;
   World& world = scene.scene.stage.workbench.profile.world;

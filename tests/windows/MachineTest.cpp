@@ -99,6 +99,27 @@ TEST(Machine, FilesMayHaveLongPaths) {
   RemoveDirectoryW((L"\\\\?\\" + ToUtf16(folder)).c_str());
 }
 
+TEST(Machine, CopiesAreNeverWrittenIntoWhatLiesInTheirPlace) {
+  const Scratch scratch;
+  WindowsDesktop desktop;
+  WindowsFileAppender files;
+  const std::string log = scratch / "log";
+  const std::string victim = scratch / "victim";
+  const std::string copy = scratch / "copy";
+  files.Append(log, "the log");
+  files.Append(victim, "of somebody else");
+  ASSERT_TRUE(CreateHardLinkW(ToUtf16(copy).c_str(), ToUtf16(victim).c_str(), nullptr));
+  desktop.CopyFileTo(log, copy);
+  const auto sizeOf = [](const std::string& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    GetFileAttributesExW(ToUtf16(path).c_str(), GetFileExInfoStandard, &data);
+    return data.nFileSizeLow;
+  };
+  EXPECT_EQ(sizeOf(copy), 7U);
+  EXPECT_EQ(sizeOf(victim), 16U) << "the link has gone, and nothing went through it";
+  for (const std::string& path : {log, victim, copy}) desktop.RemoveFile(path);
+}
+
 /// No window can be made while it lives.
 class NoWindows {
  public:
