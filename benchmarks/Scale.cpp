@@ -212,7 +212,7 @@ void Draw(const std::vector<Line>& lines, const std::string& path) {
   constexpr double decade = 90;
   constexpr int xDecades = 5;  // 10 .. 1,000,000
   constexpr int yDecades = 6;  // 1 us .. 1 s
-  constexpr double width = left + xDecades * decade + 300;
+  constexpr double width = left + xDecades * decade + 340;
   constexpr double height = top + yDecades * decade + 50;
   const auto x = [&](double size) { return left + (std::log10(size) - 1) * decade; };
   const auto y = [&](double microseconds) { return top + (yDecades - std::log10(microseconds)) * decade; };

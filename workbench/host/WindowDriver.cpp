@@ -325,7 +325,7 @@ void WindowDriver::HoldDown(const KeyStroke& key, bool down) {
 
 void WindowDriver::PressKey(const KeyStroke& key) {
   constexpr LPARAM altIsDown = 1 << 29;
-  constexpr LPARAM goesUp = 0xC0000000;
+  constexpr LPARAM goesUp = -0x40000000;  // the two highest of 32 bits
   const auto post = [&](bool down, int code) {
     const auto scan = static_cast<LPARAM>(MapVirtualKeyW(static_cast<UINT>(code), MAPVK_VK_TO_VSC));
     const LPARAM state = 1 | scan << 16 | (key.alt ? altIsDown : 0) | (down ? 0 : goesUp);
