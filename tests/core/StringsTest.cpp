@@ -98,6 +98,9 @@ TEST(LoadString, SubstitutesOneArgumentAfterTheOther) {
   EXPECT_EQ(Filled("|1", {"x|ny|sz"}), "x\r\ny z") << "marks in an argument count";
   EXPECT_EQ(Filled("|1", {"|2", "B"}), "B") << "a later argument fills what an earlier one brought";
   EXPECT_EQ(Filled("|2", {"A", "|1"}), "|1") << "an earlier one is done already";
+  const std::string much(5000, 'x');
+  EXPECT_EQ(Filled(much + "|1" + much, {"A"}), much + "A" + much);
+  EXPECT_EQ(Filled("<|1>|n", {much}), "<" + much + ">\r\n");
   EXPECT_EQ(Filled("|10", {"a", 2, 3, 4, 5, 6, 7, 8, 9, "ten"}), "a0")
       << "the first one destroys the tenth mark";
   EXPECT_EQ(Filled("|N|S", {}), "|N|S") << "case counts";
