@@ -175,6 +175,12 @@ class PageControl final : public IOutlookPropertiesPage,
 
   HostedPage hosted_;
   std::unique_ptr<PageWindow> window_;
+
+  struct DestroyTable {
+    void operator()(HACCEL table) const { DestroyAcceleratorTable(table); }
+  };
+  // What the container was told last; it uses the table until it asks again.
+  std::unique_ptr<std::remove_pointer_t<HACCEL>, DestroyTable> accelerators_;
 };
 
 }  // namespace vexa::windows

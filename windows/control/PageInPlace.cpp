@@ -1,8 +1,21 @@
 // The control's window in its container: activation, focus, keys, and the moment at which the page counts
 // as hidden.
+#include <array>
+#include <string>
+#include <vector>
+
 #include "windows/control/PageControlCall.h"
 
 namespace vexa::windows {
+namespace {
+
+wchar_t LowerCase(wchar_t letter) {
+  std::array<wchar_t, 2> text{letter, 0};
+  CharLowerW(text.data());
+  return text[0];
+}
+
+}  // namespace
 
 HRESULT PageControl::Activate(bool takeFocus) {
   // The window may have been destroyed with the container's.
@@ -65,6 +78,8 @@ HRESULT PageControl::ActivateInPlace() {
   uiWindow_ = std::move(uiWindow);
   window_ = std::move(window);
   clientSite->ShowObject();
+  // The keys of a page that nobody sees are none.
+  if (const ComPtr<IOleControlSite> keys = clientSite.As<IOleControlSite>()) keys->OnControlInfoChanged();
   return S_OK;
 }
 
@@ -165,11 +180,19 @@ STDMETHODIMP PageControl::EnableModeless(BOOL /*enable*/) { return S_OK; }
 
 STDMETHODIMP PageControl::GetControlInfo(CONTROLINFO* info) {
   if (info == nullptr || info->cb < sizeof(CONTROLINFO)) return E_POINTER;
-  // Access keys are found by asking OnMnemonic; Return and Esc are the container's.
-  info->hAccel = nullptr;
-  info->cAccel = 0;
-  info->dwFlags = 0;
-  return S_OK;
+  return Call(IID_IOleControl, [&] {
+    // As WM_SYSCHAR brings them, with and without Shift. Return and Esc are the container's.
+    std::vector<ACCEL> keys;
+    for (const wchar_t letter : IsInPlaceActive() ? window_->AccessLetters() : std::wstring()) {
+      keys.push_back({FALT, letter, 0});
+      if (LowerCase(letter) != letter) keys.push_back({FALT, LowerCase(letter), 0});
+    }
+    const int count = static_cast<int>(keys.size());
+    accelerators_.reset(keys.empty() ? nullptr : CreateAcceleratorTableW(keys.data(), count));
+    info->hAccel = accelerators_.get();
+    info->cAccel = accelerators_ == nullptr ? WORD{0} : static_cast<WORD>(count);
+    info->dwFlags = 0;
+  });
 }
 
 STDMETHODIMP PageControl::OnMnemonic(LPMSG message) {

@@ -45,6 +45,8 @@ bool PageWindow::PressMnemonic(const MSG& message) {
   return std::shared_ptr(window_)->PressAccessKey(static_cast<wchar_t>(message.wParam));
 }
 
+std::wstring PageWindow::AccessLetters() const { return window_->AccessLetters(); }
+
 SIZE PageWindow::PreferredSize() const { return window_->PreferredSize(); }
 
 SIZE PageWindow::PreferredSize(Form& form) {

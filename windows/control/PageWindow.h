@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "display/Form.h"
 #include "windows/views/FormWindow.h"
@@ -30,6 +31,8 @@ class PageWindow {
   void SetFocus();
   KeyOutcome Translate(const MSG& message);
   bool PressMnemonic(const MSG& message);
+  /// The letters that PressMnemonic takes, in capitals.
+  std::wstring AccessLetters() const;
 
   /// The size that the page would like to have, in pixels: in this window, and before there is one.
   SIZE PreferredSize() const;

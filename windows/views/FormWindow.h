@@ -53,6 +53,8 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   KeyOutcome Translate(const MSG& message);
   /// The letter of a menu key, as the message WM_SYSCHAR or WM_CHAR brings it.
   bool PressAccessKey(wchar_t letter);
+  /// The letters that reach a control, in capitals.
+  std::wstring AccessLetters() const { return keys_->Letters(); }
 
   // FormView
   void Changed(Control& control) override;

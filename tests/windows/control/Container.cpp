@@ -144,6 +144,14 @@ STDMETHODIMP Container::QueryInterface(REFIID interfaceId, void** object) {
   return S_OK;
 }
 
+STDMETHODIMP Container::OnControlInfoChanged() {
+  if (const ComPtr<IOleControl> page = PageAs<IOleControl>()) {
+    accessKeys.cb = sizeof accessKeys;
+    page->GetControlInfo(&accessKeys);
+  }
+  return Called("OnControlInfoChanged");
+}
+
 STDMETHODIMP Container::GetContainer(IOleContainer** container) {
   *container = nullptr;
   return E_NOINTERFACE;

@@ -80,6 +80,8 @@ class Container final : public IOleClientSite,
   void During(const std::string& call, std::function<void()> deed) { deeds_[call] = std::move(deed); }
 
   std::vector<std::string> calls;
+  /// What the page has said of its access keys.
+  CONTROLINFO accessKeys{};
   /// References that others hold on the container and its frame.
   ULONG References() const { return references_ + frame_.references; }
 
@@ -112,7 +114,7 @@ class Container final : public IOleClientSite,
   STDMETHODIMP OnPosRectChange(LPCRECT) override { return E_NOTIMPL; }
 
   // IOleControlSite
-  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP OnControlInfoChanged() override;
   STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
   STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
   STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }

@@ -26,8 +26,9 @@ constexpr const char* NoObject = "Object variable not set";
 TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   Container container;
   Open(container);
-  EXPECT_EQ(container.calls, (std::vector<std::string>{"CanInPlaceActivate", "OnInPlaceActivate",
-                                                       "GetWindowContext", "ShowObject"}));
+  EXPECT_EQ(container.calls,
+            (std::vector<std::string>{"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext",
+                                      "ShowObject", "OnControlInfoChanged"}));
   ASSERT_NE(container.PageWindow(), nullptr);
   EXPECT_NE(IsWindowVisible(container.PageWindow()), FALSE);
   EXPECT_NE(IsWindowVisible(container.Control("cmdChange")), FALSE);
@@ -281,9 +282,10 @@ std::vector<std::pair<std::string, Deed>> Deeds() {
 
 TEST_F(ContainerTest, ActsWhileItIsCalled) {
   const Modals modals;
-  for (const std::string call : {"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "ShowObject",
-                                 "OnUIActivate", "SetActiveObject", "SetBorderSpace", "OnStatusChange",
-                                 "SetActiveObject null", "OnUIDeactivate", "OnInPlaceDeactivate"}) {
+  for (const std::string call :
+       {"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "ShowObject", "OnControlInfoChanged",
+        "OnUIActivate", "SetActiveObject", "SetBorderSpace", "OnStatusChange", "SetActiveObject null",
+        "OnUIDeactivate", "OnInPlaceDeactivate"}) {
     for (const auto& [name, deed] : Deeds()) {
       SCOPED_TRACE(call + ": " + name);
       Container container;
@@ -439,13 +441,19 @@ TEST_F(ContainerTest, MnemonicsReachThePage) {
     message.message = WM_SYSCHAR;
     message.wParam = letter;
     message.lParam = 1 << 29;
-    return container.PageAs<IOleControl>()->OnMnemonic(&message);
+    const HRESULT outcome = container.PageAs<IOleControl>()->OnMnemonic(&message);
+    // While the focus is elsewhere the container looks whether a letter is one that the page has named.
+    const CONTROLINFO& named = container.accessKeys;
+    EXPECT_EQ(IsAccelerator(named.hAccel, named.cAccel, &message, nullptr) != FALSE, outcome == S_OK);
+    return outcome;
   };
   const std::wstring caption = TextOfWindow(container.Control("cmdAbout"));
   const wchar_t letter = caption[caption.find(L'&') + 1];
   Modals modals;
   modals.Press(VK_ESCAPE);
   EXPECT_EQ(press(letter), S_OK);
+  modals.Press(VK_ESCAPE);
+  EXPECT_EQ(press(static_cast<wchar_t>(std::towlower(letter))), S_OK);
   EXPECT_EQ(press(L'#'), S_FALSE);
 }
 
