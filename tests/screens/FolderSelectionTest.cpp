@@ -119,51 +119,17 @@ TEST(Selection, EndsWithTheShortestOfCountAndLists) {
   }
 }
 
-TEST(Selection, DoesNotOpenWithTwoEntriesOfOneKey) {
-  for (const bool defaults : {false, true}) {
-    PickerScene scene;
-    if (defaults) {  // two numbers of no folder have one key, too
-      scene.Store("7", "", DefaultFolderFlag);
-      scene.Store("eight", "", DefaultFolderFlag);
-    } else {
-      scene.Store("B1", "BB", 1);
-      scene.Store("B1", "BB", 2);
-    }
-    try {
-      scene.Open();
-      FAIL();
-    } catch (const Error& error) {
-      EXPECT_EQ(error.Number, 457);
-      EXPECT_TRUE(error.Source.ends_with("-->frmFolders.Initialize")) << error.Source;
-    }
+TEST(Selection, DoesNotOpenWithTwoDefaultNumbersOfNoFolder) {
+  PickerScene scene;
+  scene.Store("7", "", DefaultFolderFlag);
+  scene.Store("eight", "", DefaultFolderFlag);  // the same key
+  try {
+    scene.Open();
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Number, 457);
+    EXPECT_TRUE(error.Source.ends_with("-->frmFolders.Initialize")) << error.Source;
   }
-}
-
-TEST(Selection, LeavesExcludedRecordsOutButCountsThem) {
-  PickerScene scene;
-  scene.Store("B1", "BB", 1);
-  scene.Store("B2", "BB", 2);
-  World& world = scene.scene.stage.workbench.profile.world;
-  world.At(world.FindPath("Public Folders/Sales")).excluded = true;
-  scene.Click(scene.Open().cmdOk);
-  EXPECT_EQ(scene.Stored(), "2: B2/BB:2");
-  scene.Click(scene.Open().cmdOk);
-  EXPECT_EQ(scene.Stored(), "1: B2/BB:2") << "the count that was too large does no harm";
-}
-
-TEST(Selection, IsWrittenInOrder) {
-  PickerScene scene;
-  scene.Store("B1", "BB", 1);
-  scene.Open();
-  scene.TakeCalls();
-  scene.scene.stage.calls.ShowReads(false);
-  scene.Click(scene.picker->cmdOk);
-  EXPECT_EQ(scene.TakeCalls(),
-            "RS.MonitoredFolderCount = 1\n"
-            "RS.MonitoredFolderEntryIDs := new\nRS.MonitoredFolderStoreIDs := new\n"
-            "RS.MonitoredFolderItemTypes := new\n"
-            "RS.MonitoredFolderEntryIDs.Add(\"B1\")\nRS.MonitoredFolderStoreIDs.Add(\"BB\")\n"
-            "RS.MonitoredFolderItemTypes.Add(1)\n");
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "dialogs/frmAbout.h"
 #include "dialogs/frmAdvanced.h"
 #include "dialogs/frmBackgroundAdjust.h"
 #include "dialogs/frmCacheAdjust.h"
 #include "dialogs/frmFolders.h"
+#include "dialogs/frmNotice.h"
 #include "dialogs/frmSharedFolders.h"
 #include "dialogs/frmTrackingOptions.h"
 #include "tests/screens/Scene.h"
@@ -40,31 +39,18 @@ TEST(Page, FooterSaysWhatChangesAffect) {
   }
 }
 
-int HowOften(const CallLog& calls, const std::string& line) {
-  return static_cast<int>(std::ranges::count(calls.Lines(), line));
-}
-
-TEST(Page, TellsTheAddinOnceThatItIsClosed) {
+TEST(Page, HoldsNoSettingsAfterHidingAndTellsTheAddinOnceThatItIsClosed) {
   const std::string closed = "App.SetOptionsPageOpen(False)";
   Scene scene;
-  scene.Open().UserControl_Hide();
-  scene.stage.DestroyPage();
-  EXPECT_EQ(HowOften(scene.stage.calls, closed), 1) << "hidden, then destroyed";
-  scene.Open();
-  scene.stage.DestroyPage();
-  EXPECT_EQ(HowOften(scene.stage.calls, closed), 2) << "destroyed without being hidden";
   scene.stage.CreatePage();
   scene.stage.DestroyPage();
-  EXPECT_EQ(HowOften(scene.stage.calls, closed), 2) << "never initialised";
-}
-
-TEST(Page, HoldsNoSettingsAfterHiding) {
-  Scene scene;
+  EXPECT_EQ(scene.TimesCalled(closed), 0) << "never initialised";
   scene.Open().SearchNowPending = true;
   scene.Page().UserControl_Hide();
-  EXPECT_EQ(scene.stage.workbench.WorkingCopy(), nullptr);
   EXPECT_TRUE(scene.Page().SearchNowPending) << "the request is kept";
   EXPECT_EQ(scene.Page().ErrorLogPath(), "");
+  scene.stage.DestroyPage();
+  EXPECT_EQ(scene.TimesCalled(closed), 1);
 }
 
 TEST(Page, WithoutAPageSiteIsDirtyAllTheSame) {
@@ -72,21 +58,29 @@ TEST(Page, WithoutAPageSiteIsDirtyAllTheSame) {
   scene.stage.hasSite = false;
   scene.Open().SetDirty();
   EXPECT_TRUE(scene.Page().PropertyPage_Dirty());
-  EXPECT_EQ(HowOften(scene.stage.calls, "Site.OnStatusChange()"), 0);
+  EXPECT_EQ(scene.TimesCalled("Site.OnStatusChange()"), 0);
 }
 
-TEST(Page, AddsAtTheEndAndChangesInPlace) {
-  Scene scene;
-  scene.Open();
-  scene.AddFolderSet("P/C3", "P/J");
-  EXPECT_EQ(scene.FolderSets(),
-            "3 [c1,c2,c3] [S,S,S] [,e,] [,S,] [j,j,j] [S,S,S] [r1,r2,] [r1,r2,] [r1,r2,] [r1,r2,] [r1,r2,] "
-            "[r1,r2,]");
-  EXPECT_EQ(scene.Working().FolderSetFlags, (std::vector<int32_t>{1, 3, 2}));
-  scene.Click(scene.Page(), scene.Page().cmdRemove);
-  EXPECT_EQ(scene.FolderSets(),
-            "2 [c2,c3] [S,S] [e,] [S,] [j,j] [S,S] [r1,r2,] [r1,r2,] [r1,r2,] [r1,r2,] [r1,r2,] [r1,r2,]")
-      << "the routing of the set that went is the next one's now";
+TEST(Notice, AnswersWithTheButtonThatWasPressed) {
+  const std::vector<std::string> all{"Yes", "No", "Later"};
+  for (int32_t count = 1; count <= 3; ++count) {
+    const auto answerOf = [&](const std::function<void(frmNotice&, UserActions&)>& act) {
+      frmNotice notice;
+      notice.Initialize("Title", "Keep [b]everything[b]?", {all.begin(), all.begin() + count});
+      EXPECT_TRUE(notice.TopMost());
+      notice.Show();
+      UserActions user(notice);
+      act(notice, user);
+      EXPECT_FALSE(notice.IsShowing());
+      return notice.Answer();
+    };
+    EXPECT_EQ(answerOf([](frmNotice&, UserActions& user) { user.Enter(); }), 1);
+    EXPECT_EQ(answerOf([](frmNotice&, UserActions& user) { user.Escape(); }), count);
+  }
+  for (const size_t count : {size_t{0}, size_t{4}}) {
+    frmNotice notice;
+    EXPECT_THROW(notice.Initialize("t", "t", std::vector<std::string>(count, "b")), Error) << count;
+  }
 }
 
 TEST(Screens, ShowEveryTextInEachLanguage) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <string>
@@ -50,17 +51,6 @@ class Scene final : public ModalWindows, public UserAnswers {
   }
   /// Picks folders by path in the pickers to come; "" cancels.
   void Pick(std::vector<std::string> paths) { picks.insert(picks.end(), paths.begin(), paths.end()); }
-  /// Adds a folder set on these folders through the page.
-  void AddFolderSet(const std::string& contacts, const std::string& journal) {
-    InNextDialog([=, this](Dialog& dialog) {
-      auto& editor = static_cast<frmEditFolderset&>(dialog);
-      Pick({contacts, journal});
-      Click(editor, editor.cmdSelContact);
-      Click(editor, editor.cmdSelJourn);
-      Click(editor, editor.cmdOk);
-    });
-    Click(Page(), Page().cmdAdd);
-  }
 
   // --- what came of it
 
@@ -78,38 +68,8 @@ class Scene final : public ModalWindows, public UserAnswers {
     });
     return names;
   }
-  /// The names of the controls that a user cannot use, in tab order.
-  static std::string Disabled(const Form& form) {
-    std::string names;
-    for (const Control* control : form.Controls()) {
-      if (!control->Enabled()) names.append(names.empty() ? "" : " ").append(control->Name());
-    }
-    return names;
-  }
-  /// Everything in the settings that describes folder sets, as one text.
-  std::string FolderSets() {
-    std::string text = std::to_string(Working().FolderSetCount);
-    VisitSettings(Working(), [&]<typename Value>(std::string_view name, const Value& value) {
-      if constexpr (std::is_same_v<Value, std::vector<std::string>>) {
-        if (name.starts_with("Monitored")) return;
-        text += " [";
-        for (size_t i = 0; i < value.size(); ++i) text += (i == 0 ? "" : ",") + value[i];
-        text += "]";
-      }
-    });
-    return text;
-  }
-  /// Lines of the trace that change something.
-  std::string Writes() {
-    std::string text;
-    for (const std::string& line : stage.calls.Lines()) {
-      const bool writes = line.find(" = ") != std::string::npos || line.find(":=") != std::string::npos ||
-                          line.find(".Add(") != std::string::npos ||
-                          line.find(".Remove(") != std::string::npos || line.starts_with("App.ApplySettings");
-      if (writes) text += (text.empty() ? "" : "; ") + line;
-    }
-    return text;
-  }
+  /// How many of the trace's lines are this one.
+  int64_t TimesCalled(const std::string& line) const { return std::ranges::count(stage.calls.Lines(), line); }
 
   // --- the human parts
 
