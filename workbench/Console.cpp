@@ -118,6 +118,7 @@ void Console::NoteTrouble(const std::string& what) {
 
 void Console::Fail(const std::string& message, int status) {
   if (ended_) return;
+  EndLine();
   if (source_.interactive) {
     out_ << message << "\n";
     return;
@@ -137,7 +138,20 @@ void Console::NoteUnusedAnswers() {
   note(shellCodes_.size(), "shell code(s)");
 }
 
-std::ostream& Console::Out() { return ended_ ? nowhere_ : out_; }
+std::ostream& Console::Out() {
+  EndLine();
+  return ended_ ? nowhere_ : out_;
+}
+
+void Console::OpenLine(const std::string& text) {
+  Out() << text;
+  lineIsOpen_ = !ended_;
+}
+
+void Console::EndLine() {
+  if (lineIsOpen_) out_ << "\n";
+  lineIsOpen_ = false;
+}
 
 void Console::AsHost(const std::function<void()>& call) {
   try {

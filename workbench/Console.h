@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <istream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -56,6 +57,8 @@ class Console final : public ModalWindows, public UserAnswers {
   // --- for the commands
 
   LibraryBench bench;
+  /// What has been shown of each form, by its name, as it was when it was last shown.
+  std::map<std::string, FormState> shownForms;
 
   /// Opens a profile in place of the one before. Error: ScriptError while a form is open.
   void Load(const std::string& path);
@@ -84,6 +87,10 @@ class Console final : public ModalWindows, public UserAnswers {
 
   /// Where commands print.
   std::ostream& Out();
+  /// Prints a line that AddToLine may go on with until something else is printed, which then begins a line.
+  void OpenLine(const std::string& text);
+  bool LineIsOpen() const { return lineIsOpen_; }
+  void AddToLine(const std::string& text) { (ended_ ? nowhere_ : out_) << text; }
   /// Runs `call` as the page's host does: an error that comes out is printed.
   void AsHost(const std::function<void()>& call);
   /// Forms and settings are printed as JSON from now on, a line a command, or as text again (null).
@@ -120,6 +127,7 @@ class Console final : public ModalWindows, public UserAnswers {
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
   void Fail(const std::string& message, int status = 2);
+  void EndLine();
   bool ReadLine(std::string& line, const std::string& prompt);
   /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it
   /// ends the run.
@@ -130,6 +138,7 @@ class Console final : public ModalWindows, public UserAnswers {
   CommandSource source_;
   std::ostream& out_;
   std::ostream nowhere_{nullptr};
+  bool lineIsOpen_ = false;
   int line_ = 0;
   bool ended_ = false;
   int status_ = 0;

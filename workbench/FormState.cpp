@@ -1,6 +1,8 @@
 #include "workbench/FormState.h"
 
+#include <algorithm>
 #include <iomanip>
+#include <sstream>
 
 #include "display/CheckBox.h"
 #include "display/Grid.h"
@@ -59,6 +61,40 @@ void PrintTree(std::ostream& out, const ControlState& tree) {
         << (node.checked ? "[x] " : "[ ] ") << node.text;
     if (!node.image.empty()) out << "  {" << node.image << "}";
     out << "\n";
+  }
+}
+
+void PrintHead(std::ostream& out, const FormState& form) {
+  out << form.name;
+  if (!form.caption.empty()) out << " " << QuotedText(form.caption);
+  out << "\n";
+}
+
+std::vector<std::string> Lines(const ControlState& control) {
+  std::stringstream text;
+  Print(text, control);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
+  return lines;
+}
+
+const ControlState* FindIn(const FormState& form, const ControlState& control) {
+  const auto found = std::ranges::find(form.controls, control.name, &ControlState::name);
+  return found == form.controls.end() ? nullptr : &*found;
+}
+
+/// The control's own line, and what differs of its rows or nodes: what lies before the first and behind the
+/// last difference stands as it stood, be there more of it now or less.
+void PrintChanges(std::ostream& out, const ControlState& control, const ControlState& before) {
+  const std::vector<std::string> now = Lines(control), then = Lines(before);
+  out << now.front() << "\n";
+  const auto first = std::mismatch(now.begin() + 1, now.end(), then.begin() + 1, then.end());
+  const auto last = std::mismatch(now.rbegin(), std::make_reverse_iterator(first.first), then.rbegin(),
+                                  std::make_reverse_iterator(first.second));
+  const auto end = last.first.base();
+  const bool asMany = now.size() == then.size();
+  for (auto line = first.first; line != end; ++line) {
+    if (!asMany || *line != then[static_cast<size_t>(line - now.begin())]) out << *line << "\n";
   }
 }
 
@@ -182,10 +218,27 @@ void Print(std::ostream& out, const ControlState& control) {
 }
 
 void Print(std::ostream& out, const FormState& form) {
-  out << form.name;
-  if (!form.caption.empty()) out << " " << QuotedText(form.caption);
-  out << "\n";
+  PrintHead(out, form);
   for (const ControlState& control : form.controls) Print(out, control);
+}
+
+FormState ChangesOf(const FormState& form, const FormState& before) {
+  FormState changes{form.name, form.caption, {}};
+  for (const ControlState& control : form.controls) {
+    const ControlState* const then = FindIn(before, control);
+    if (then != nullptr && Lines(control) != Lines(*then)) changes.controls.push_back(control);
+  }
+  return changes;
+}
+
+void PrintChanges(std::ostream& out, const FormState& form, const FormState& before) {
+  const FormState changes = ChangesOf(form, before);
+  if (form.caption != before.caption) {
+    PrintHead(out, form);
+  } else if (changes.controls.empty()) {
+    out << "  (nothing changed)\n";
+  }
+  for (const ControlState& control : changes.controls) PrintChanges(out, control, *FindIn(before, control));
 }
 
 }  // namespace vexa::workbench

@@ -53,4 +53,9 @@ std::string_view KindName(ControlKind kind);
 void Print(std::ostream& out, const ControlState& control);
 void Print(std::ostream& out, const FormState& form);
 
+/// The controls of `form` that are known from `before` and print otherwise now.
+FormState ChangesOf(const FormState& form, const FormState& before);
+/// The same, of grids and trees only the lines that differ.
+void PrintChanges(std::ostream& out, const FormState& form, const FormState& before);
+
 }  // namespace vexa::workbench

@@ -56,11 +56,34 @@ FormDriver::Node FindNode(const FormDriver& form, const std::string& tree, const
   return here;
 }
 
+/// Keeps what is printed of a form, all or one control of it, for "show changes".
+void KeepShown(Console& console, const FormState& form) {
+  FormState& shown = console.shownForms[form.name];
+  shown.caption = form.caption;
+  for (const ControlState& control : form.controls) {
+    std::erase_if(shown.controls, [&](const ControlState& old) { return old.name == control.name; });
+    shown.controls.push_back(control);
+  }
+}
+
 void ShowForm(Console& console, const FormState& form) {
+  KeepShown(console, form);
   if (std::ostream* const json = console.Json()) {
     *json << JsonLine(form) << std::endl;
   } else {
     Print(console.Out(), form);
+  }
+}
+
+void ShowChanges(Console& console, const FormState& form) {
+  const auto shown = console.shownForms.find(form.name);
+  if (shown == console.shownForms.end()) {
+    ShowForm(console, form);
+  } else if (console.Json() != nullptr) {
+    ShowForm(console, ChangesOf(form, shown->second));
+  } else {
+    PrintChanges(console.Out(), form, shown->second);
+    KeepShown(console, ChangesOf(form, shown->second));
   }
 }
 
@@ -70,17 +93,22 @@ void Show(Console& console, const Words& words) {
     ShowForm(console, top->State());
     return;
   }
+  if (SameName(words[0], "changes")) {
+    ShowChanges(console, top->State());
+    return;
+  }
   for (const std::unique_ptr<FormDriver>& form : console.OpenForms()) {
     if (SameName(form->Name(), words[0])) {
       ShowForm(console, form->State());
       return;
     }
   }
-  const ControlState control = top->StateOf(console.FindControl(words[0]).name);
+  const FormState control{top->Name(), top->Caption(), {top->StateOf(console.FindControl(words[0]).name)}};
   if (console.Json() != nullptr) {
-    ShowForm(console, {top->Name(), top->Caption(), {control}});
+    ShowForm(console, control);
   } else {
-    Print(console.Out(), control);
+    KeepShown(console, control);
+    Print(console.Out(), control.controls.front());
   }
 }
 
@@ -229,9 +257,15 @@ void Press(Console& console, const Words& words) {
   for (const std::string& word : words) keys.push_back(KeyStrokeWord(word));
   for (size_t i = 0; i < words.size(); ++i) {
     console.Host().PressKey(keys[i]);
-    const std::string focus = console.Host().KeyboardFocus();
-    console.Out() << "  " << words[i] << ": " << (focus.empty() ? "no focus" : focus) << "\n";
+    std::string focus = console.Host().KeyboardFocus();
+    if (focus.empty()) focus = "no focus";
+    if (console.LineIsOpen() && words[i] == words[i - 1]) {
+      console.AddToLine(", " + focus);
+    } else {
+      console.OpenLine("  " + words[i] + ": " + focus);
+    }
   }
+  console.Out();  // ends the line
 }
 
 void Write(Console& console, const Words& words) { console.Host().TypeLetters(words[0]); }
@@ -242,7 +276,8 @@ void Close(Console& console, const Words&) {
 }
 
 constexpr auto Commands = std::to_array<Command>({
-    {"show", "[FORM|CONTROL]", "print the open form, another form, or one control", 0, 1, Show},
+    {"show", "[FORM|CONTROL|changes]", "print the open form, another, one control, or what changed", 0, 1,
+     Show},
     {"forms", "", "list the open forms", 0, 0, Forms},
     {"click", "CONTROL", "click a control", 1, 1, Click},
     {"doubleclick", "CONTROL", "double-click a control", 1, 1, DoubleClick},
