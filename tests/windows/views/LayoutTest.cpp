@@ -47,9 +47,7 @@ class Ruler {
 
 class LayoutTest : public WindowStage, public workbench::EveryScreen {
  protected:
-  void Opened(Form& form, Dialog* dialog) override { Measure(form, dialog); }
-
-  void Measure(Form& form, Dialog* dialog) {
+  void Opened(Form& form, Dialog* dialog) override {
     SCOPED_TRACE(form.Name());
     const Layout* layout = nullptr;
     try {
@@ -58,7 +56,11 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
       ADD_FAILURE() << error.Description;
       return;
     }
-    const auto window = FormWindow::Make(form, {TestedModule(), *layout, owner_, dialog});
+    Measure(form, *layout, dialog);
+  }
+
+  void Measure(Form& form, const Layout& layout, Dialog* dialog) {
+    const auto window = FormWindow::Make(form, {TestedModule(), layout, owner_, dialog});
     for (const int dpi : {96, 144, 192}) {
       SCOPED_TRACE(std::to_string(language_) + " at " + std::to_string(dpi));
       RECT area{};
@@ -116,15 +118,6 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
             << placed[one].name << " covers " << placed[two].name;
       }
     }
-  }
-
-  static wchar_t MarkOf(const std::wstring& text) {
-    for (size_t at = 0; at + 1 < text.size(); ++at) {
-      if (text[at] != L'&') continue;
-      if (text[at + 1] != L'&') return text[at + 1];
-      ++at;
-    }
-    return 0;
   }
 
   static void CheckText(const std::string& name, HWND window, int dpi) {
@@ -191,23 +184,13 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
   /// Whatever takes the focus has a name, which screen readers read out.
   static void CheckAccessible(const std::string& name, HWND window) {
     if ((StyleOf(window) & WS_TABSTOP) == 0) return;
-    const ComPtr<IAccessible> accessible = AccessibleOf(window);
-    ASSERT_TRUE(accessible) << name;
-    VARIANT self{};
-    self.vt = VT_I4;
-    Bstr read;
-    accessible->get_accName(self, read.Receive());
-    EXPECT_FALSE(read.Text().empty()) << name << " has no name";
-    const std::wstring text = PlainText(TextOfWindow(window));
+    const std::string read = AccessibleNameOf(window);
+    EXPECT_FALSE(read.empty()) << name << " has no name";
     if (ClassOf(window) == WC_BUTTONW) {
-      EXPECT_EQ(read.Text(), ToUtf8(text)) << name;
+      EXPECT_EQ(read, ToUtf8(PlainText(TextOfWindow(window)))) << name;
     }
   }
 
-  struct Com {
-    Com() { EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
-    ~Com() { CoUninitialize(); }
-  } com_;
   int32_t language_ = 0;
 };
 
@@ -236,15 +219,7 @@ INSTANTIATE_TEST_SUITE_P(Every, LayoutInLanguage, testing::ValuesIn(Languages())
 TEST_F(LayoutTest, TheGalleryFits) {
   language_ = 1033;
   workbench::Gallery gallery(services_);
-  const auto window =
-      FormWindow::Make(gallery, {TestedModule(), workbench::LayoutOfGallery(), owner_, &gallery});
-  for (const int dpi : {96, 144, 192}) {
-    SCOPED_TRACE(dpi);
-    RECT area{};
-    GetWindowRect(window->Handle(), &area);
-    if (dpi != 96) Send(window->Handle(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), &area);
-    CheckWindow(window->Handle(), dpi);
-  }
+  Measure(gallery, workbench::LayoutOfGallery(), &gallery);
 }
 
 /// The measuring itself must see what it is there for.

@@ -33,34 +33,56 @@ inline ComPtr<IAccessible> AccessibleOf(HWND control) {
   return ComPtr<IAccessible>::Attach(static_cast<IAccessible*>(found));
 }
 
+inline VARIANT Child(LONG number) {
+  VARIANT child{};
+  child.vt = VT_I4;
+  child.lVal = number;
+  return child;
+}
+
+inline std::string AccessibleNameOf(HWND control) {
+  Bstr name;
+  const ComPtr<IAccessible> accessible = AccessibleOf(control);
+  if (accessible) accessible->get_accName(Child(CHILDID_SELF), name.Receive());
+  return name.Text();
+}
+
+/// The letter that a caption is marked with; 0 for none.
+inline wchar_t MarkOf(const std::wstring& text) {
+  for (size_t at = 0; at + 1 < text.size(); ++at) {
+    if (text[at] != L'&') continue;
+    if (text[at + 1] != L'&') return text[at + 1];
+    ++at;
+  }
+  return 0;
+}
+
 class WindowStage : public testing::Test {
  protected:
-  WindowStage() {
-    owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
-                             nullptr, nullptr, nullptr, nullptr);
-    SetActiveWindow(owner_);
-  }
+  WindowStage() { SetActiveWindow(owner_); }
   ~WindowStage() override {
     if (IsWindow(owner_) != FALSE) {
       EXPECT_NE(IsWindowEnabled(owner_), FALSE) << "the owner was left disabled";
       DestroyWindow(owner_);
     }
-    SetShift(false);
   }
 
   static const Layout& LayoutOf(std::string_view form) {
     return form == "Gallery" ? workbench::LayoutOfGallery() : FindLayout(form);
   }
-  static void SetShift(bool down) {
-    std::array<BYTE, 256> keys{};
-    keys[VK_SHIFT] = down ? 0x80 : 0;
-    SetKeyboardState(keys.data());
+  static HWND MakeOwner() {
+    return CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
+                           nullptr, nullptr, nullptr, nullptr);
   }
 
   void Show(workbench::Gallery& gallery) { windows_.ShowModal(gallery, nullptr); }
   std::string Log(const workbench::Gallery& gallery) const { return gallery.lblEvents.Caption(); }
 
-  HWND owner_ = nullptr;
+  struct Com {
+    Com() { EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
+    ~Com() { CoUninitialize(); }
+  } com_;
+  HWND owner_ = MakeOwner();
   WindowsDesktop desktop_;
   WindowsModals windows_{TestedModule(), LayoutOf};
   workbench::FixedAnswers answers_;

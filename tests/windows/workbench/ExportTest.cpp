@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 #include "contracts/List.h"
@@ -124,49 +125,32 @@ TEST_F(Export, ACollectionOfTheLibrarysOwnCanBeKept) {
   client->LetFolderSetFlags(numbers);
   EXPECT_EQ(behind->data.MonitoredFolderItemTypes, std::vector{INT32_MIN});
   EXPECT_EQ(behind->data.FolderSetFlags, std::vector{INT32_MIN});
-
-  {
-    const CollectionRef<std::string> own = std::make_shared<List<std::string>>();
-    LateBound kept(windows::ExportCollection(own).As<IUnknown>());
-    kept.Call(L"add", {"b"});
-    kept.Call(L"Add", {"a", windows::MissingArgument(), 1});
-    kept.Call(L"Add", {"c", windows::MissingArgument(), windows::MissingArgument(), 2});
-    EXPECT_EQ(own->Item(1) + own->Item(2) + own->Item(3), "abc");
-    EXPECT_EQ(kept.CallForText(L"Item", {2}), "b");
-    kept.Call(L"Remove", {1});
-    EXPECT_EQ(kept.CallForNumber(L"Count"), 2);
-    std::string seen;
-    {
-      const auto enumerator = kept.CallForObject(L"_NewEnum").As<IEnumVARIANT>();
-      ASSERT_TRUE(enumerator);
-      OwnedVariant item;
-      while (enumerator->Next(1, item.Receive(), nullptr) == S_OK) {
-        seen += windows::FromVariant(item.Get()).ToText() + " ";
-      }
-    }
-    EXPECT_EQ(seen, "b c ");
-    for (const int32_t position : {0, 3}) {
-      try {
-        kept.Call(L"Item", {position});
-        ADD_FAILURE() << position;
-      } catch (const Error& error) {
-        EXPECT_EQ(error.Number, 9);
-        EXPECT_EQ(error.Description, "Subscript out of range");
-      }
-    }
-    EXPECT_THROW(kept.Call(L"Add", {"x", "key"}), Error) << "these lists have no keys";
-  }
 }
 
 // --- the same calls, directly and through COM
 
+std::string TextOf(bool value) { return value ? "True" : "False"; }
+std::string TextOf(int32_t value) { return std::to_string(value); }
+std::string TextOf(ItemType value) { return std::to_string(static_cast<int32_t>(value)); }
+std::string TextOf(const std::string& value) { return value; }
+std::string TextOf(const Variant& value) { return value.ToText(); }
+template <typename Kind>
+std::string TextOf(const std::shared_ptr<Kind>& object) {
+  return object == nullptr ? "nothing" : "an object";
+}
+
 /// What a series of calls answered, one line a call; an error is an answer.
 class Answers {
  public:
-  void Call(const std::string& name, const std::function<std::string()>& call) {
-    std::string line = name + ": ";
+  template <typename Body>
+  void Call(const char* name, Body&& body) {
+    std::string line = std::string(name) + ": ";
     try {
-      line += call();
+      if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
+        body();
+      } else {
+        line += TextOf(body());
+      }
     } catch (const Error& error) {
       line += "error " + std::to_string(error.Number) + " " + error.Description + " from " + error.Source +
               " help " + error.HelpFile + " " + std::to_string(error.HelpContext);
@@ -175,26 +159,19 @@ class Answers {
   }
   std::vector<std::string> lines;
 };
-
-std::string TextOf(bool value) { return value ? "True" : "False"; }
-std::string TextOf(int32_t value) { return std::to_string(value); }
-std::string TextOf(const std::string& value) { return value; }
+#define ANSWER(expression) answers.Call(#expression, [&] { return (expression); })
 
 template <typename Value>
-void CallCollection(Answers& answers, const std::string& name,
-                    const std::function<CollectionRef<Value>()>& get, const Value& value) {
-  const auto call = [&](const char* part, const std::function<std::string(Collection<Value>&)>& body) {
-    answers.Call(name + part, [&] { return body(Require(get())); });
-  };
-  call(".Add", [&](auto& list) { return list.Add(value), std::string(); });
-  call(".AddBefore", [&](auto& list) { return list.AddBefore(value, 1), std::string(); });
-  call(".AddAfter", [&](auto& list) { return list.AddAfter(value, 2), std::string(); });
-  call(".Count", [&](auto& list) { return TextOf(list.Count()); });
-  call(".Item", [&](auto& list) { return TextOf(list.Item(2)); });
-  call(".Item(0)", [&](auto& list) { return TextOf(list.Item(0)); });
-  call(".AddAfter(9)", [&](auto& list) { return list.AddAfter(value, 9), std::string(); });
-  call(".Remove", [&](auto& list) { return list.Remove(1), std::string(); });
-  call(".Remove(9)", [&](auto& list) { return list.Remove(9), std::string(); });
+void CallCollection(Answers& answers, const std::function<CollectionRef<Value>()>& list, const Value& value) {
+  ANSWER(Require(list()).Add(value));
+  ANSWER(Require(list()).AddBefore(value, 1));
+  ANSWER(Require(list()).AddAfter(value, 2));
+  ANSWER(Require(list()).Count());
+  ANSWER(Require(list()).Item(2));
+  ANSWER(Require(list()).Item(0));
+  ANSWER(Require(list()).AddAfter(value, 9));
+  ANSWER(Require(list()).Remove(1));
+  ANSWER(Require(list()).Remove(9));
 }
 
 bool SampleOf(const bool*) { return true; }
@@ -204,145 +181,108 @@ std::string SampleOf(const std::string*) { return "text"; }
 
 void CallSettings(Answers& answers, AddinObjectFactory& objects, AddinApp& addin) {
   RegSettingsRef settings;
-  answers.Call("New RegSettings", [&] { return settings = objects.CreateRegSettings(), std::string(); });
+  bool blocked = true;
+  bool available = false;
+  int32_t argument = 0;
+  ANSWER(settings = objects.CreateRegSettings());
   if (settings == nullptr) return;
-  answers.Call("Load", [&] {
-    bool blocked = true;
-    bool available = false;
-    settings->Load(0, blocked, available);
-    return TextOf(blocked) + TextOf(available);
-  });
-#define VEXA_READ(place, Name, Type) answers.Call(#Name, [&] { return TextOf(settings->Get##Name()); });
+  ANSWER(settings->Load(0, blocked, available));
+  ANSWER(TextOf(blocked) + TextOf(available));
+#define VEXA_READ(place, Name, Type) ANSWER(settings->Get##Name());
 #define VEXA_READ_ONLY(place, Name, Type) VEXA_READ(place, Name, Type)
-#define VEXA_PROPERTY(place, Name, Type)                                                    \
-  answers.Call(#Name "=", [&] {                                                             \
-    return settings->Let##Name(SampleOf(static_cast<const Type*>(nullptr))), std::string(); \
-  });                                                                                       \
+#define VEXA_PROPERTY(place, Name, Type)                                    \
+  ANSWER(settings->Let##Name(SampleOf(static_cast<const Type*>(nullptr)))); \
   VEXA_READ(place, Name, Type)
-#define VEXA_COLLECTION(place, Name, Type)                                                                 \
-  CallCollection<Type>(                                                                                    \
-      answers, #Name, [&] { return settings->Get##Name(); }, SampleOf(static_cast<const Type*>(nullptr))); \
-  answers.Call(#Name "=", [&] { return settings->Let##Name(settings->Get##Name()), std::string(); });      \
-  answers.Call(#Name ":=", [&] { return settings->Set##Name(settings->Get##Name()), std::string(); });
+#define VEXA_COLLECTION(place, Name, Type)                                                          \
+  CallCollection<Type>(                                                                             \
+      answers, [&] { return settings->Get##Name(); }, SampleOf(static_cast<const Type*>(nullptr))); \
+  ANSWER(settings->Let##Name(settings->Get##Name()));                                               \
+  ANSWER(settings->Set##Name(settings->Get##Name()));
 #include "contracts/RegSettings.members.inc"
-  answers.Call("RestoreHiddenDialogs", [&] { return settings->RestoreHiddenDialogs(), std::string(); });
-  answers.Call("CanWrite", [&] {
-    int32_t argument = 0;
-    return TextOf(settings->CanWrite(argument)) + TextOf(argument);
-  });
-  answers.Call("FindFolderSet",
-               [&] { return settings->FindFolderSet("text", "TEXT", addin.FolderSetContext()).ToText(); });
-  answers.Call("ApplySettings", [&] {
-    const RegSettingsRef given = settings;
-    addin.ApplySettings(settings);
-    return TextOf(given == settings);
-  });
+  ANSWER(settings->RestoreHiddenDialogs());
+  ANSWER(settings->CanWrite(argument));
+  ANSWER(settings->FindFolderSet("text", "TEXT", addin.FolderSetContext()));
+  const RegSettingsRef given = settings;
+  ANSWER(addin.ApplySettings(settings));
+  ANSWER(given == settings);
 }
 
-void CallFolder(Answers& answers, Utilities* utilities, const FolderRef& folder) {
-  answers.Call("Folder.Name", [&] { return Require(folder).Name(); });
-  answers.Call("Folder.EntryID", [&] { return Require(folder).EntryID(); });
-  answers.Call("Folder.StoreID", [&] { return Require(folder).StoreID(); });
-  answers.Call("Folder.DefaultItemType",
-               [&] { return TextOf(static_cast<int32_t>(Require(folder).DefaultItemType())); });
-  answers.Call("Folder.Parent", [&] {
-    const FolderRef parent = Require(folder).Parent();
-    return parent == nullptr ? "none" : parent->Name();
-  });
-  answers.Call("Folder.Folders", [&] { return TextOf(Require(Require(folder).Folders()).Count()); });
-  if (utilities == nullptr) return;
-  answers.Call("GetFolderPath", [&] { return utilities->GetFolderPath(folder); });
-  answers.Call("IsPublicFolder", [&] { return TextOf(utilities->IsPublicFolder(folder)); });
+void CallFolder(Answers& answers, AddinApp& addin, const FolderRef& folder) {
+  ANSWER(Require(folder).Name());
+  ANSWER(Require(folder).EntryID());
+  ANSWER(Require(folder).StoreID());
+  ANSWER(Require(folder).DefaultItemType());
+  ANSWER(Require(Require(folder).Parent()).Name());
+  ANSWER(Require(Require(folder).Folders()).Count());
+  ANSWER(Require(addin.Utilities()).GetFolderPath(folder));
+  ANSWER(Require(addin.Utilities()).IsPublicFolder(folder));
 }
 
-void CallSession(Answers& answers, FixedAnswers& user, NameSpace& session, Utilities* utilities) {
+void CallSession(Answers& answers, FixedAnswers& user, AddinApp& addin) {
+  NameSpaceRef session;
   FolderRef folder;
-  answers.Call("Folders", [&] {
-    const std::shared_ptr<Folders> stores = session.Folders();
-    const int32_t count = Require(stores).Count();
-    folder = stores->Item(count);
-    return TextOf(count);
-  });
-  CallFolder(answers, utilities, folder);
-  answers.Call("Folders.Item(9)", [&] { return Require(Require(session.Folders()).Item(9)).Name(); });
-  answers.Call("GetFolderFromID",
-               [&] { return folder = session.GetFolderFromID("P2", "BB02"), std::string(); });
-  CallFolder(answers, utilities, folder);
-  answers.Call("GetFolderFromID gone", [&] { return session.GetFolderFromID("P9", "BB02"), std::string(); });
-  answers.Call("GetDefaultFolder", [&] { return Require(session.GetDefaultFolder(6)).Name(); });
-  answers.Call("GetDefaultFolder 99", [&] { return Require(session.GetDefaultFolder(99)).Name(); });
+  ANSWER(session = addin.Session());
+  ANSWER(Require(Require(session).Folders()).Count());
+  ANSWER(folder = Require(Require(session).Folders()).Item(2));
+  CallFolder(answers, addin, folder);
+  ANSWER(Require(Require(session).Folders()).Item(9));
+  ANSWER(folder = Require(session).GetFolderFromID("P2", "BB02"));
+  CallFolder(answers, addin, folder);
+  ANSWER(Require(session).GetFolderFromID("P9", "BB02"));
+  ANSWER(Require(Require(session).GetDefaultFolder(6)).Name());
+  ANSWER(Require(session).GetDefaultFolder(99));
   user.picked = 2;
-  answers.Call("PickFolder", [&] { return Require(session.PickFolder()).Name(); });
+  ANSWER(Require(Require(session).PickFolder()).Name());
   user.picked.reset();
-  answers.Call("PickFolder", [&] { return session.PickFolder() == nullptr ? "nothing" : "a folder"; });
-  answers.Call("CurrentProfileName", [&] { return session.CurrentProfileName(); });
-  answers.Call("CurrentUser", [&] { return Require(session.CurrentUser()).Name(); });
+  ANSWER(Require(session).PickFolder());
+  ANSWER(Require(session).CurrentProfileName());
+  ANSWER(Require(Require(session).CurrentUser()).Name());
   std::shared_ptr<MailItem> mail;
-  answers.Call("CreateItem", [&] {
-    return mail = Require(session.Application()).CreateItem(ItemType::Mail), std::string();
-  });
-  if (mail == nullptr) return;
-  answers.Call("Subject=", [&] { return mail->LetSubject("subject"), std::string(); });
-  answers.Call("Body=", [&] { return mail->LetBody("a body\r\nof two lines"), std::string(); });
-  answers.Call("Recipients.Add",
-               [&] { return mail->AddRecipient("somebody@tolvane.example"), std::string(); });
-  answers.Call("Attachments.Add", [&] { return mail->AddAttachment("C:\\log.txt"), std::string(); });
-  answers.Call("Send", [&] { return mail->Send(), std::string(); });
+  ANSWER(mail = Require(Require(session).Application()).CreateItem(ItemType::Mail));
+  ANSWER(Require(mail).LetSubject("subject"));
+  ANSWER(Require(mail).LetBody("a body\r\nof two lines"));
+  ANSWER(Require(mail).AddRecipient("somebody@tolvane.example"));
+  ANSWER(Require(mail).AddAttachment("C:\\log.txt"));
+  ANSWER(Require(mail).Send());
 }
 
 void CallMonitoredFolder(Answers& answers, AddinObjectFactory& objects) {
   std::shared_ptr<MonitoredFolder> folder;
-  answers.Call("New MonitoredFolder",
-               [&] { return folder = objects.CreateMonitoredFolder(), std::string(); });
-  if (folder == nullptr) return;
-  answers.Call("EntryID=", [&] { return folder->LetEntryID("E"), std::string(); });
-  answers.Call("StoreID=", [&] { return folder->LetStoreID("S"), std::string(); });
-  answers.Call("ItemTypes=", [&] { return folder->LetItemTypes(5), std::string(); });
-  answers.Call("ids", [&] { return folder->GetEntryID() + folder->GetStoreID(); });
-  answers.Call("SetMailDefaults", [&] { return folder->SetMailDefaults(true), std::string(); });
-  answers.Call("Flag=", [&] { return folder->LetFlag(4, false), std::string(); });
-  answers.Call("types", [&] { return TextOf(folder->GetItemTypes()) + TextOf(folder->GetFlag(1)); });
-  answers.Call("masks", [&] {
-    return TextOf(folder->MaskFromResId(150)) + " " + TextOf(int32_t{folder->ResIdFromMask(8)}) + " " +
-           TextOf(folder->MaskFromOlItemType(ItemType::Journal));
-  });
-  answers.Call("no mask", [&] { return TextOf(folder->MaskFromResId(134)); });
-  answers.Call("Excluded", [&] { return TextOf(folder->Excluded()); });
+  ANSWER(folder = objects.CreateMonitoredFolder());
+  ANSWER(Require(folder).LetEntryID("E"));
+  ANSWER(Require(folder).LetStoreID("S"));
+  ANSWER(Require(folder).LetItemTypes(5));
+  ANSWER(Require(folder).GetEntryID() + Require(folder).GetStoreID());
+  ANSWER(Require(folder).SetMailDefaults(true));
+  ANSWER(Require(folder).LetFlag(4, false));
+  ANSWER(TextOf(Require(folder).GetItemTypes()) + TextOf(Require(folder).GetFlag(1)));
+  ANSWER(Require(folder).MaskFromResId(150));
+  ANSWER(Require(folder).ResIdFromMask(8));
+  ANSWER(Require(folder).MaskFromOlItemType(ItemType::Journal));
+  ANSWER(Require(folder).MaskFromResId(134));
+  ANSWER(Require(folder).Excluded());
 }
 
 /// Calls every member of every contract.
 std::vector<std::string> CallEverything(FixedAnswers& user, AddinApp& addin, AddinObjectFactory& objects) {
   Answers answers;
-  std::shared_ptr<Utilities> utilities;
-  answers.Call("Utilities", [&] { return utilities = addin.Utilities(), std::string(); });
-  if (utilities != nullptr) {
-    answers.Call("BypassBlocked", [&] { return TextOf(utilities->BypassBlocked()); });
-    answers.Call("DelayAvailable", [&] { return TextOf(utilities->DelayAvailable()); });
-    answers.Call("Path", [&] { return Require(utilities->App()).Path(); });
-    answers.Call("SetUserProperty", [&] {
-      return utilities->SetUserProperty(nullptr, "name", Variant("value"), 1, true), std::string();
-    });
-    answers.Call("AboutInfo", [&] { return utilities->AboutInfo().ToText(); });
-    answers.Call("GetFolderPath nothing", [&] { return utilities->GetFolderPath(nullptr); });
-  }
-  answers.Call("Scanner", [&] {
-    const std::shared_ptr<Scanner> scanner = addin.Scanner();
-    Require(scanner).StartSearch(true);
-    return TextOf(scanner->IsScanning());
-  });
-  answers.Call("Session", [&] {
-    const NameSpaceRef session = addin.Session();
-    CallSession(answers, user, Require(session), utilities.get());
-    return std::string();
-  });
-  answers.Call("SetOptionsPageOpen", [&] {
-    bool open = true;
-    return addin.SetOptionsPageOpen(open), TextOf(open);
-  });
+  bool open = true;
+  ANSWER(Require(addin.Utilities()).BypassBlocked());
+  ANSWER(Require(addin.Utilities()).DelayAvailable());
+  ANSWER(Require(Require(addin.Utilities()).App()).Path());
+  ANSWER(Require(addin.Utilities()).SetUserProperty(nullptr, "name", Variant("value"), 1, true));
+  ANSWER(Require(addin.Utilities()).AboutInfo());
+  ANSWER(Require(addin.Utilities()).GetFolderPath(nullptr));
+  ANSWER(Require(addin.Scanner()).StartSearch(true));
+  ANSWER(Require(addin.Scanner()).IsScanning());
+  ANSWER(addin.SetOptionsPageOpen(open));
+  ANSWER(open);
+  CallSession(answers, user, addin);
   CallSettings(answers, objects, addin);
   CallMonitoredFolder(answers, objects);
   return answers.lines;
 }
+#undef ANSWER
 
 struct Outcome {
   std::vector<std::string> answers;
@@ -350,26 +290,23 @@ struct Outcome {
 };
 
 /// Calls everything, with a fault planned for a member unless it is empty.
-Outcome RunDirectly(const std::string& member, const Error& fault) {
+Outcome CallAll(bool throughCom, const std::string& member = {}, const Error& fault = {}) {
   Bench bench;
   if (!member.empty()) bench.calls.PlanFault(member, 1, fault);
-  std::vector<std::string> answers =
-      CallEverything(bench.user, *bench.workbench.Addin(), bench.workbench.Objects());
-  return {std::move(answers), bench.calls.Lines()};
-}
-
-Outcome RunThroughCom(const std::string& member, const Error& fault) {
-  Bench bench;
-  if (!member.empty()) bench.calls.PlanFault(member, 1, fault);
-  const ClassRegistration classes(bench.exports);
-  const AddinAppRef addin = windows::AdaptAddin(bench.exports->Addin().Get());
-  std::vector<std::string> answers = CallEverything(bench.user, *addin, *windows::MakeObjectFactory());
+  std::vector<std::string> answers;
+  if (throughCom) {
+    const ClassRegistration classes(bench.exports);
+    const AddinAppRef addin = windows::AdaptAddin(bench.exports->Addin().Get());
+    answers = CallEverything(bench.user, *addin, *windows::MakeObjectFactory());
+  } else {
+    answers = CallEverything(bench.user, *bench.workbench.Addin(), bench.workbench.Objects());
+  }
   return {std::move(answers), bench.calls.Lines()};
 }
 
 TEST_F(Export, CallsAnswerAndLeaveATraceAsWithoutCom) {
-  const Outcome direct = RunDirectly("", {});
-  const Outcome com = RunThroughCom("", {});
+  const Outcome direct = CallAll(false);
+  const Outcome com = CallAll(true);
   EXPECT_EQ(com.answers, direct.answers);
   EXPECT_EQ(com.trace, direct.trace);
   EXPECT_GT(direct.trace.size(), 300U);
@@ -385,12 +322,12 @@ TEST_F(Export, EveryFailureArrivesWholeAndAtTheSameCall) {
     constexpr std::array machines = {"View.", "Shell.", "Site.", "Files.", "Reg.", "Sys."};
     if (std::ranges::any_of(machines, [&](const char* own) { return member.starts_with(own); })) continue;
     SCOPED_TRACE(member);
-    const Outcome direct = RunDirectly(member, fault);
+    const Outcome direct = CallAll(false, member, fault);
     ASSERT_NE(std::count_if(direct.trace.begin(), direct.trace.end(),
                             [](const std::string& line) { return line.find(" !! 1234") != line.npos; }),
               0)
         << "the fault did not come up";
-    const Outcome com = RunThroughCom(member, fault);
+    const Outcome com = CallAll(true, member, fault);
     EXPECT_EQ(com.answers, direct.answers);
     EXPECT_EQ(com.trace, direct.trace);
     ++tried;

@@ -1,9 +1,9 @@
-// The interfaces that the add-in is bound by are bound by position: the compiled type library and the calls
-// of the adapters must both agree with the contract's order.
+// The interfaces that the add-in is bound by are bound by position. The header that the adapters are compiled
+// with and the type library come out of one description, which must agree with the contract's order.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <utility>
+#include <string>
+#include <vector>
 
 #include "contracts/RegSettings.h"
 #include "tests/windows/TestModule.h"
@@ -15,18 +15,7 @@ namespace {
 
 constexpr int32_t DispatchSlots = 7;  // those that every dual interface has
 
-std::string Slot(const std::string& name, INVOKEKIND kind) {
-  switch (kind) {
-    case INVOKE_PROPERTYGET:
-      return name + " get";
-    case INVOKE_PROPERTYPUT:
-      return name + " put";
-    case INVOKE_PROPERTYPUTREF:
-      return name + " putref";
-    default:
-      return name + " call";
-  }
-}
+std::string Slot(const std::string& name, INVOKEKIND kind) { return name + " " + std::to_string(kind); }
 
 /// The contract's slots, in order.
 std::vector<std::string> ContractSlots() {
@@ -76,62 +65,6 @@ TEST(Positions, TheTypeLibraryHasTheContractsOrder) {
   }
   EXPECT_EQ(count, expected.size());
   EXPECT_EQ(found, expected);
-}
-
-// --- an object that consists of nothing but a table of functions
-
-int32_t lastSlot = -1;
-
-/// Takes any call; what it would answer through pointers stays as the caller prepared it.
-template <size_t Number>
-HRESULT STDMETHODCALLTYPE Answer(void* /*self*/) {
-  lastSlot = static_cast<int32_t>(Number) - DispatchSlots;
-  return S_OK;
-}
-ULONG STDMETHODCALLTYPE CountReferences(void* /*self*/) { return 1; }
-
-template <size_t... Numbers>
-std::array<const void*, sizeof...(Numbers)> MakeTable(std::index_sequence<Numbers...>) {
-  std::array<const void*, sizeof...(Numbers)> table{reinterpret_cast<const void*>(&Answer<Numbers>)...};
-  table[1] = table[2] = reinterpret_cast<const void*>(&CountReferences);
-  return table;
-}
-
-TEST(Positions, TheAdapterCallsEveryMemberAtItsPlace) {
-  constexpr size_t size = 7 + 200;
-  const std::array<const void*, size> table = MakeTable(std::make_index_sequence<size>());
-  const void* const object = table.data();
-  const RegSettingsRef settings = AdaptSettings(ComPtr<IRegSettings>(
-      reinterpret_cast<IRegSettings*>(const_cast<const void**>(static_cast<const void* const*>(&object)))));
-
-  const auto expect = [](std::string_view name, int32_t accessor) {
-    EXPECT_EQ(lastSlot, FirstSlotOf(name) + accessor) << name;
-    lastSlot = -1;
-  };
-#define VEXA_READ(place, Name, Type) \
-  settings->Get##Name();             \
-  expect(#Name, 0);
-#define VEXA_READ_ONLY(place, Name, Type) VEXA_READ(place, Name, Type)
-#define VEXA_PROPERTY(place, Name, Type) \
-  VEXA_READ(place, Name, Type)           \
-  settings->Let##Name(Type{});           \
-  expect(#Name, 1);
-#define VEXA_COLLECTION(place, Name, Type) \
-  VEXA_READ(place, Name, Type)             \
-  settings->Let##Name(nullptr);            \
-  expect(#Name, 1);                        \
-  settings->Set##Name(nullptr);            \
-  expect(#Name, 2);
-#include "contracts/RegSettings.members.inc"
-  settings->RestoreHiddenDialogs();
-  expect("RestoreHiddenDialogs", 0);
-  bool flag = false;
-  settings->Load(0, flag, flag);
-  expect("Load", 0);
-  CanWrite(*settings);
-  expect("CanWrite", 0);
-  settings->FindFolderSet("", "", nullptr);
-  expect("FindFolderSet", 0);
 }
 
 }  // namespace
