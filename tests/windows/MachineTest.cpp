@@ -52,13 +52,12 @@ TEST(Machine, FilesExistUnderTheirNamesInAnyCaseAndNothingElseDoes) {
   for (const char* same : {"VexaErrors.mdb", "VEXAERRORS.MDB", "vexaerrors.mdb"}) {
     EXPECT_TRUE(desktop.FileExists(scratch / same)) << same;
   }
-  for (const char* none :
-       {"", "*", "VexaErrors.md?", "VexaErrors.mdb.", "VexaErrors.mdb\\", "other", "VexaErrors"}) {
+  for (const char* none : {"*", "VexaErrors.md?", "VexaErrors.mdb.", "VexaErrors.mdb\\", "VexaErrors"}) {
     EXPECT_FALSE(desktop.FileExists(scratch / none)) << none;
   }
-  EXPECT_FALSE(desktop.FileExists(""));
-  EXPECT_FALSE(desktop.FileExists("C:\\windows")) << "a folder";
-  EXPECT_FALSE(desktop.FileExists("Q:\\no such drive\\x"));
+  for (const char* none : {"", "C:\\windows", "Q:\\no such drive\\x"}) {
+    EXPECT_FALSE(desktop.FileExists(none)) << none;
+  }
 
   desktop.CopyFileTo(log, scratch / "copy");
   desktop.CopyFileTo(log, scratch / "copy");  // replaces
@@ -186,14 +185,8 @@ TEST(Machine, RegistryKeepsTextsAndNumbers) {
   RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\VexaMachineTest");
 }
 
-TEST(Machine, KnowsWhoWorksWhereAndWhatVersionsFilesHave) {
+TEST(Machine, KnowsWhatVersionsFilesHave) {
   WindowsDesktop desktop;
-  std::wstring name(257, L'\0');
-  DWORD length = 257;
-  ASSERT_TRUE(GetUserNameW(name.data(), &length));
-  EXPECT_EQ(desktop.UserName(), ToUtf8(name.substr(0, length - 1)));
-  EXPECT_FALSE(desktop.ComputerName().empty());
-  EXPECT_EQ(desktop.ComputerName().find('\0'), std::string::npos) << "cut at the terminating zero";
   const auto version = desktop.FileVersion(ToUtf8(TestedModulePath()));
   ASSERT_TRUE(version);
   EXPECT_EQ(*version, std::to_string(VEXA_VERSION_MAJOR) + "." + std::to_string(VEXA_VERSION_MINOR) + "." +

@@ -111,6 +111,16 @@ class Modals {
     PostMessageW(control, WM_LBUTTONUP, 0, middle);
   }
 
+  /// Closes a window by the button that changes least.
+  static void SendAway(HWND front) {
+    for (const int id : {IDCANCEL, IDNO, IDOK}) {
+      if (!IsMessageBox(front) || GetDlgItem(front, id) == nullptr) continue;
+      PostMessageW(GetDlgItem(front, id), BM_CLICK, 0, 0);
+      return;
+    }
+    PostMessageW(front, WM_CLOSE, 0, 0);
+  }
+
   /// The modal window in front: a dialog of the system or of the module; null when there is none.
   static HWND Front() {
     std::vector<HWND> windows;
@@ -141,13 +151,7 @@ class Modals {
     }
     ADD_FAILURE() << "nobody expects this window: " << ToUtf8(TextOfWindow(front)) << ": "
                   << (IsMessageBox(front) ? MessageOf(front) : std::string());
-    for (const int id : {IDCANCEL, IDNO, IDOK}) {
-      if (IsMessageBox(front) && GetDlgItem(front, id) != nullptr) {
-        PostMessageW(GetDlgItem(front, id), BM_CLICK, 0, 0);
-        return;
-      }
-    }
-    PostMessageW(front, WM_CLOSE, 0, 0);
+    SendAway(front);
   }
 
   HWND window_ = nullptr;

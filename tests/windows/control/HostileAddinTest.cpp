@@ -14,7 +14,7 @@ namespace {
 /// A user who sends away whatever comes up.
 class Impatience {
  public:
-  Impatience() : timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Tick)) { closed = 0; }
+  Impatience() : timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Tick)) {}
   Impatience(const Impatience&) = delete;
   Impatience& operator=(const Impatience&) = delete;
   ~Impatience() {
@@ -22,22 +22,9 @@ class Impatience {
     EXPECT_EQ(Modals::Front(), nullptr) << "a modal window was left open";
   }
 
-  static inline int closed = 0;
-
  private:
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND front = Modals::Front();
-    if (front == nullptr) return;
-    ++closed;
-    if (!IsMessageBox(front)) {
-      PostMessageW(front, WM_CLOSE, 0, 0);
-      return;
-    }
-    for (const int button : {IDCANCEL, IDNO, IDOK}) {
-      if (GetDlgItem(front, button) == nullptr) continue;
-      PostMessageW(GetDlgItem(front, button), BM_CLICK, 0, 0);
-      return;
-    }
+    if (const HWND front = Modals::Front()) Modals::SendAway(front);
   }
 
   UINT_PTR timer_;
@@ -72,16 +59,12 @@ class FalseAddin final : public IVexaAddin {
   STDMETHODIMP_(ULONG) Release() override { return --references_; }
   ULONG References() const { return references_; }
 
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override { return real_->GetTypeInfoCount(count); }
-  STDMETHODIMP GetTypeInfo(UINT number, LCID locale, ITypeInfo** info) override {
-    return real_->GetTypeInfo(number, locale, info);
-  }
-  STDMETHODIMP GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* members) override {
-    return real_->GetIDsOfNames(id, names, count, locale, members);
-  }
-  STDMETHODIMP Invoke(DISPID member, REFIID id, LCID locale, WORD flags, DISPPARAMS* parameters,
-                      VARIANT* result, EXCEPINFO* exception, UINT* wrong) override {
-    return real_->Invoke(member, id, locale, flags, parameters, result, exception, wrong);
+  // The page calls no member by its name.
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+    return ADD_FAILURE(), E_NOTIMPL;
   }
 
   STDMETHODIMP get_Utilities(IVexaUtilities** value) override {
