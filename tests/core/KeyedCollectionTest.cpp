@@ -15,24 +15,6 @@ std::string Contents(const KeyedCollection<int>& collection) {
   return text;
 }
 
-TEST(KeyedCollection, KeepsTheOrderOfAdding) {
-  KeyedCollection<int> collection;
-  for (const char* key : {"c", "a", "b"}) collection.Add(key, key[0]);
-  EXPECT_EQ(Contents(collection), "c=99 a=97 b=98 ");
-  EXPECT_TRUE(collection.Remove("c"));
-  EXPECT_FALSE(collection.Remove("c"));
-  collection.Add("c", 1);
-  EXPECT_EQ(Contents(collection), "a=97 b=98 c=1 ") << "what comes back goes to the end";
-  EXPECT_EQ(collection.Find("A"), nullptr) << "keys compare exactly";
-  try {
-    collection.Add("b", 2);
-    FAIL() << "a key that is taken";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.Number, 457);
-  }
-  EXPECT_EQ(Contents(collection), "a=97 b=98 c=1 ");
-}
-
 TEST(KeyedCollection, IsTheSameAsAPlainList) {
   const unsigned seed = std::random_device()();
   SCOPED_TRACE("seed " + std::to_string(seed));
@@ -42,8 +24,8 @@ TEST(KeyedCollection, IsTheSameAsAPlainList) {
     std::vector<std::pair<std::string, int>> plain;
     const auto keys = 1 + random() % 400;
     for (int step = 0; step < 1500; ++step) {
-      const std::string key = std::string(random() % 3 * 30, 'k') + std::to_string(random() % keys) +
-                              std::string(random() % 2 * 80, 's');
+      const std::string key = std::string(random() % 3 * 30, random() % 2 == 0 ? 'k' : 'K') +
+                              std::to_string(random() % keys) + std::string(random() % 2 * 80, 's');
       const auto at = std::ranges::find(plain, key, &std::pair<std::string, int>::first);
       if (random() % 2 == 0) {
         ASSERT_EQ(collection.Remove(key), at != plain.end());
@@ -104,16 +86,6 @@ TEST(KeyFrames, MakeUpEveryKeyAndNoOther) {
     ++changed[random() % changed.size()];
     ASSERT_FALSE(frames.Make(frame, ownPart, changed));
   }
-}
-
-TEST(KeyFrames, LeaveOfTheKeysOfAStoreWhatIsTheirOwn) {
-  KeyFrames frames;
-  size_t kept = 0;
-  for (int i = 0; i < 10000; ++i) {
-    const std::string key = std::string(70, '0') + std::to_string(100000 + i) + std::string(236, 'F');
-    kept += frames.OwnPart(frames.FrameFor(key), key).size();
-  }
-  EXPECT_LT(kept, 10000 * 10);
 }
 
 TEST(KeyIndex, FindsAmongNumbersOfOneHash) {

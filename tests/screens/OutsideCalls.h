@@ -169,28 +169,17 @@ class OutsideCalls {
     settings->Load(0, no, no);
     const Services& services = scene.stage.services;
 
-    frmTrackingOptions tracking(services);
-    Add(scene, "tracking options: open", 13, "one a value",
-        [&] { tracking.Initialize(addin, settings, page); });
-    tracking.cmdOk.SetEnabled(true);
-    Add(scene, "tracking options: OK", 10, "one a value", [&] { scene.Click(tracking, tracking.cmdOk); });
-
-    frmAdvanced advanced(services);
-    Add(scene, "advanced settings: open", 22, "one a value",
-        [&] { advanced.Initialize(addin, settings, page); });
-    advanced.cmdOk.SetEnabled(true);
-    Add(scene, "advanced settings: OK", 1 + 16 + 1, "one a value, 2",
-        [&] { scene.Click(advanced, advanced.cmdOk); });
-
-    frmCacheAdjust cache(services);
-    Add(scene, "cache: open", 4, "one a value", [&] { cache.Initialize(addin, settings); });
-    cache.cmdOk.SetEnabled(true);
-    Add(scene, "cache: OK", 3, "one a value", [&] { scene.Click(cache, cache.cmdOk); });
-
-    frmBackgroundAdjust background(services);
-    Add(scene, "background: open", 4, "one a value", [&] { background.Initialize(addin, settings); });
-    background.cmdOk.SetEnabled(true);
-    Add(scene, "background: OK", 3, "one a value", [&] { scene.Click(background, background.cmdOk); });
+    const auto count = [&]<typename Shown, typename... More>(const char* name, Shown dialog, int64_t open,
+                                                             int64_t ok, const char* formula, More&... more) {
+      Add(scene, std::string(name) + ": open", open, "one a value",
+          [&] { dialog.Initialize(addin, settings, more...); });
+      dialog.cmdOk.SetEnabled(true);
+      Add(scene, std::string(name) + ": OK", ok, formula, [&] { scene.Click(dialog, dialog.cmdOk); });
+    };
+    count("tracking options", frmTrackingOptions(services), 13, 10, "one a value", page);
+    count("advanced settings", frmAdvanced(services), 22, 1 + 16 + 1, "one a value, 2", page);
+    count("cache", frmCacheAdjust(services), 4, 3, "one a value");
+    count("background", frmBackgroundAdjust(services), 4, 3, "one a value");
 
     scene.InNextDialog([](Dialog& /*about*/) {});
     Add(scene, "about: open", 3, "3", [&] { scene.Click(page, page.cmdAbout); });

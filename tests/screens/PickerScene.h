@@ -21,7 +21,7 @@ class PickerScene final : public DialogParent {
     scene.stage.calls.Clear();
   }
 
-  /// \\Mailbox - Ann with a folder for each default folder and "Projects" > "2026" > "May" in its Inbox;
+  /// \\Mailbox - Ann with a folder for each default folder and "Projects" in its Inbox;
   /// \\Public Folders with "Sales" (contacts) and "News" (posts); \\Archive, a personal store.
   static Profile MakeProfile() {
     Profile profile;
@@ -41,9 +41,7 @@ class PickerScene final : public DialogParent {
     add(13, "Tasks", "A13", ItemType::Task);
     add(11, "Journal", "A11", ItemType::Journal);
     add(12, "Notes", "A12", ItemType::Note);
-    const FolderIndex projects = world.AddFolder(mailbox, inbox, "Projects", "A20", ItemType::Task);
-    const FolderIndex year = world.AddFolder(mailbox, projects, "2026", "A21", ItemType::Mail);
-    world.AddFolder(mailbox, year, "May", "A22", ItemType::Appointment);
+    world.AddFolder(mailbox, inbox, "Projects", "A20", ItemType::Task);
     const uint32_t open = world.AddStore("BB", StoreKind::PublicFolders);
     const FolderIndex shared = world.AddFolder(open, NoFolder, "Public Folders", "B0", ItemType::Mail);
     world.AddFolder(open, shared, "Sales", "B1", ItemType::Contact);

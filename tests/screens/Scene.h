@@ -1,4 +1,4 @@
-// The scene of the screens' tests: a small world on the workbench, a user whose answers are queued, and
+// The scene of the screens' tests: a small world on the workbench, a user who agrees to everything, and
 // dialogs that run as the test tells them to.
 #pragma once
 
@@ -91,16 +91,11 @@ class Scene final : public ModalWindows, public UserAnswers {
     return folder == NoFolder ? std::nullopt : std::optional(folder);
   }
   MessageAnswer AnswerMessage(const std::string&, MessageButtons buttons) override {
-    if (buttons != MessageButtons::Ok && !answers.empty()) {
-      const MessageAnswer answer = answers.front();
-      answers.pop_front();
-      return answer;
-    }
-    if (buttons == MessageButtons::YesNoCancel) return searchAnswer;
-    return buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
+    const bool asks = buttons == MessageButtons::YesNo || buttons == MessageButtons::YesNoCancel;
+    return asks ? MessageAnswer::Yes : MessageAnswer::Ok;
   }
-  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return browse; }
-  int32_t OpenDocument(const std::string&) override { return shellCode; }
+  BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
+  int32_t OpenDocument(const std::string&) override { return 42; }
   void Seen(const std::string& line) override { seen += line + "\n"; }
 
   static Profile MakeProfile() {
@@ -133,10 +128,6 @@ class Scene final : public ModalWindows, public UserAnswers {
   std::deque<std::function<void(Dialog&)>> dialogs;
   std::deque<std::string> picks;
   std::string seen;
-  std::deque<MessageAnswer> answers;  // to boxes with a choice; without one: OK or Yes
-  BrowseAnswer browse;
-  int32_t shellCode = 42;
-  MessageAnswer searchAnswer = MessageAnswer::Yes;  // to the question about scanned items
 };
 
 }  // namespace vexa::workbench

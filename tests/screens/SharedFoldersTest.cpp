@@ -19,19 +19,19 @@ TEST(SharedFolders, FlagsOutOfRangeAreRepairedButNegativeOnesAreNot) {
     SCOPED_TRACE(row.stored);
     Scene scene;
     scene.stage.workbench.profile.settings.FolderSetFlags = {row.stored, 2};
-    scene.In<frmEditFolderset>(&OutlookPropertiesPage::cmdChange,
-                               [&](frmEditFolderset& editor, UserActions& user) {
-                                 scene.InNextDialog([&](Dialog& inner) {
-                                   auto& dialog = dynamic_cast<frmSharedFolders&>(inner);
-                                   EXPECT_EQ(dialog.chkLog.Checked(), (row.stored & 1) != 0);
-                                   EXPECT_EQ(dialog.chkLeaveCopy.Checked(), (row.stored & 2) != 0);
-                                   for (int click = 0; click < row.clicks; ++click)
-                                     scene.Click(dialog, row.changeLog ? dialog.chkLog : dialog.chkLeaveCopy);
-                                   scene.Click(dialog, dialog.cmdOk);
-                                 });
-                                 user.Click(editor.cmdShared);
-                                 user.Click(editor.cmdOk);
-                               });
+    const auto edit = [&](frmEditFolderset& editor, UserActions& user) {
+      scene.InNextDialog([&](Dialog& inner) {
+        auto& dialog = dynamic_cast<frmSharedFolders&>(inner);
+        EXPECT_EQ(dialog.chkLog.Checked(), (row.stored & 1) != 0);
+        EXPECT_EQ(dialog.chkLeaveCopy.Checked(), (row.stored & 2) != 0);
+        for (int click = 0; click < row.clicks; ++click)
+          scene.Click(dialog, row.changeLog ? dialog.chkLog : dialog.chkLeaveCopy);
+        scene.Click(dialog, dialog.cmdOk);
+      });
+      user.Click(editor.cmdShared);
+      user.Click(editor.cmdOk);
+    };
+    scene.In<frmEditFolderset>(&OutlookPropertiesPage::cmdChange, edit);
     EXPECT_EQ(scene.Working().FolderSetFlags, (std::vector<int32_t>{row.after, 2}));
   }
 }

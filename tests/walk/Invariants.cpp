@@ -11,22 +11,6 @@
 namespace vexa::workbench {
 namespace {
 
-std::string Printed(const Form& form) {
-  std::ostringstream text;
-  Print(text, StateOf(form));
-  return text.str();
-}
-
-/// The name of what a line of the trace calls, when it changes the settings; empty otherwise.
-bool WritesSettings(const std::string& line) {
-  if (!line.starts_with("RS.")) return false;
-  const size_t end = line.find_first_of(" (:");
-  const std::string member = line.substr(0, end);
-  const std::string rest = end == std::string::npos ? "" : line.substr(end);
-  return rest.starts_with(" = ") || rest.starts_with(" := ") || member.ends_with(".Add") ||
-         member.ends_with(".Remove");
-}
-
 std::vector<size_t> SizesOf(const SettingsData& data, bool routing) {
   std::vector<size_t> sizes;
   VisitSettings(data, [&]<typename Value>(std::string_view name, const Value& value) {
@@ -47,6 +31,21 @@ bool IsFolder(std::string_view key) {
 }
 
 }  // namespace
+
+std::string Printed(const Form& form) {
+  std::ostringstream text;
+  Print(text, StateOf(form));
+  return text.str();
+}
+
+std::string WriteIn(const std::string& line) {
+  const size_t end = line.find_first_of(" (:");
+  const std::string member = line.substr(0, end);
+  if (!member.starts_with("RS.") || end == std::string::npos) return {};
+  const std::string_view rest = std::string_view(line).substr(end);
+  if (rest.starts_with(" = ") || rest.starts_with(" := ")) return member + "=";
+  return member.ends_with(".Add") || member.ends_with(".Remove") ? member : std::string();
+}
 
 std::string FlawOf(const Form& form) {
   const Control* const focus = form.Focus();
@@ -189,7 +188,7 @@ std::string Invariants::OfWrites(FedConsole& console) const {
   Stage& stage = console.TheConsole().Stage();
   const bool mayWrite = pressed_ == "cmdOk" || pressed_ == "cmdDefault" || pressed_ == "cmdRemove";
   for (const std::string& line : stage.calls.Lines()) {
-    if (!mayWrite && WritesSettings(line)) return "a step that stores nothing wrote " + line;
+    if (!mayWrite && !WriteIn(line).empty()) return "a step that stores nothing wrote " + line;
     if (line.starts_with("App.ApplySettings") && words_.front() != "apply")
       return "settings were applied unasked";
   }

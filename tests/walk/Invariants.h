@@ -62,4 +62,10 @@ class Invariants {
 /// What does not hold of a form at rest: its focus, its pointer, its trees.
 std::string FlawOf(const Form& form);
 
+/// The form as the console shows it.
+std::string Printed(const Form& form);
+
+/// The member of the settings that a line of the trace changes, with "=" when it is assigned; empty for none.
+std::string WriteIn(const std::string& line);
+
 }  // namespace vexa::workbench

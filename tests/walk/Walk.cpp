@@ -1,7 +1,5 @@
 #include "tests/walk/Walk.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <deque>
@@ -305,19 +303,6 @@ WalkResult Shrink(WalkResult failed, const ExtraInvariant& extra) {
     if (!shorter || chunk > 1) chunk /= 2;
   }
   return failed;
-}
-
-ScratchFolder::ScratchFolder()
-    : former_(fs::current_path().string()),
-      folder_((fs::temp_directory_path() / ("vexa-walk-" + std::to_string(::getpid()))).string()) {
-  fs::create_directories(folder_);
-  fs::current_path(folder_);
-}
-
-ScratchFolder::~ScratchFolder() {
-  std::error_code ignored;
-  fs::current_path(former_, ignored);
-  fs::remove_all(folder_, ignored);
 }
 
 }  // namespace vexa::workbench

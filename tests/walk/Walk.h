@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/ScratchFolder.h"
 #include "tests/walk/Invariants.h"
 
 namespace vexa::workbench {
@@ -23,7 +24,7 @@ struct WalkResult {
   int64_t faults = 0;                     // calls that failed
 };
 
-/// Walks `count` steps from `seed`. Needs a ScratchFolder, as the next two do.
+/// Walks `count` steps from `seed`. The current folder is a scratch one, as for the next two.
 WalkResult Walk(uint64_t seed, size_t count, const ExtraInvariant& extra);
 
 /// Takes those of the steps that can be taken as things stand.
@@ -31,18 +32,5 @@ WalkResult Replay(const std::vector<Step>& steps, const ExtraInvariant& extra);
 
 /// The least of `failed` that still has its flaw: no single step can be left out.
 WalkResult Shrink(WalkResult failed, const ExtraInvariant& extra);
-
-/// The current folder is a fresh one for as long as it lives. Walks start there.
-class ScratchFolder {
- public:
-  ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder();
-
- private:
-  std::string former_;
-  std::string folder_;
-};
 
 }  // namespace vexa::workbench

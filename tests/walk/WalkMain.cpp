@@ -21,7 +21,8 @@ int main(int count, char** values) {
     *option = std::stoull(values[i + 1]);
   }
   constexpr uint64_t longest = 1000;
-  const ScratchFolder folder;
+  vexa::ScratchFolder folder;
+  folder.Enter();
   const auto start = std::chrono::steady_clock::now();
   uint64_t walks = 0;
   uint64_t taken = 0;

@@ -16,7 +16,8 @@ std::string Planted(FedConsole& console) {
 }
 
 TEST(Walk, IsCutDownToAScriptThatRepeatsItsFault) {
-  const ScratchFolder folder;
+  ScratchFolder folder;
+  folder.Enter();
   WalkResult found;
   for (uint64_t seed = 1; found.flaw.empty() && seed < 200; ++seed) found = Walk(seed, 200, Planted);
   ASSERT_EQ(found.flaw, "an audit trail beside another method");
@@ -42,7 +43,8 @@ TEST(Walk, IsCutDownToAScriptThatRepeatsItsFault) {
 }
 
 TEST(Walk, IsTheSameForTheSameSeed) {
-  const ScratchFolder folder;
+  ScratchFolder folder;
+  folder.Enter();
   const WalkResult one = Walk(7, 300, {});
   EXPECT_EQ(one.flaw, "");
   EXPECT_EQ(ScriptOf(one.steps), ScriptOf(Walk(7, 300, {}).steps));

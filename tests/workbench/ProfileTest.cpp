@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
+#include "tests/ScratchFolder.h"
 #include "workbench/AtomicFile.h"
 #include "workbench/Profile.h"
 #include "workbench/WindowsFiles.h"
@@ -15,26 +15,6 @@ namespace vexa::workbench {
 namespace {
 
 namespace fs = std::filesystem;
-
-class Scratch {
- public:
-  Scratch() : folder_(fs::temp_directory_path() / ("vexa-test-" + std::to_string(::getpid()))) {
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  ~Scratch() { fs::remove_all(folder_); }
-  std::string operator/(const std::string& name) const { return (folder_ / name).string(); }
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_))
-      names.push_back(entry.path().filename().string());
-    std::ranges::sort(names);
-    return names;
-  }
-
- private:
-  fs::path folder_;
-};
 
 std::string WithFolders(const std::string& folders) {
   return "{\"format\":\"vexa-profile\",\"version\":1,\n\"stores\":[{\"storeID\":\"S\",\"kind\":\"public\","
@@ -116,7 +96,7 @@ TEST(Profile, HoldsDeepAndWideWorlds) {
 }
 
 TEST(Profile, ComesBackAsItWasWritten) {
-  const Scratch scratch;
+  const ScratchFolder scratch;
   Profile profile;
   profile.language = 3084;
   profile.addin.aboutInfo = "\"quoted\" \\ \u20AC";
@@ -153,7 +133,7 @@ TEST(Profile, ComesBackAsItWasWritten) {
 }
 
 TEST(AtomicFile, LeavesTheOldFileWholeWhenWritingFails) {
-  const Scratch scratch;
+  const ScratchFolder scratch;
   const std::string path = scratch / "f";
   WriteFileAtomically(path, [](const TextSink& put) { put("old"); });
   EXPECT_THROW(WriteFileAtomically(path,
@@ -171,7 +151,7 @@ TEST(AtomicFile, LeavesTheOldFileWholeWhenWritingFails) {
 }
 
 TEST(AtomicFile, RemovesWhatDeadWritersLeft) {
-  const Scratch scratch;
+  const ScratchFolder scratch;
   const pid_t child = ::fork();
   if (child == 0) ::_exit(0);
   ASSERT_EQ(::waitpid(child, nullptr, 0), child);
@@ -192,7 +172,7 @@ TEST(WindowsFiles, KeepDrivesBesideTheProfile) {
 }
 
 TEST(WindowsFiles, ExistAsFilesUnderNamesInAnyCase) {
-  const Scratch scratch;
+  const ScratchFolder scratch;
   const WindowsFiles files(scratch / "p.json");
   std::string deep = "C:";
   for (int i = 0; i < 10; ++i) deep += "\\" + std::string(30, 'd');
@@ -220,23 +200,6 @@ TEST(WindowsFiles, ExistAsFilesUnderNamesInAnyCase) {
   EXPECT_EQ(files.List(), (std::vector<std::string>{"C:\\Mes R\u00e9sultats\\Log.mdb", deep + "\\x",
                                                     "\\\\server\\share\\x"}));
   EXPECT_FALSE(WindowsFiles("").Exists("C:\\x"));
-}
-
-TEST(WindowsFiles, NeverInterleaveTwoWriters) {
-  const Scratch scratch;
-  const std::string record(100000, 'x');
-  const auto append = [&] {
-    WindowsFiles files(scratch / "p.json");
-    for (int i = 0; i < 20; ++i) files.Append("C:\\log", record + "\n");
-  };
-  std::thread one(append);
-  std::thread two(append);
-  one.join();
-  two.join();
-  std::ifstream log(WindowsFiles(scratch / "p.json").PlaceOf("C:\\log"));
-  int lines = 0;
-  for (std::string line; std::getline(log, line); ++lines) EXPECT_EQ(line, record);
-  EXPECT_EQ(lines, 40);
 }
 
 }  // namespace
