@@ -177,23 +177,28 @@ TEST(ImportRealFile, SearchFoldersAreNoFolders) {
   EXPECT_EQ(names.count("SPAM Search Folder 2"), 0u);
 }
 
-TEST(ImportRealFile, PasswordIsRespected) {
+TEST(ImportRealFile, SaysWhyItCannotBeRead) {
   REQUIRE_SAMPLE(PersonalSample);
   const ScratchFolder directory;
-  std::string content = ContentOf(PersonalSample);
+  const std::string whole = ContentOf(PersonalSample);
+  const auto refusalOf = [&](const std::string& content) {
+    return Refusal(WriteFile(directory / "changed.pst", content));
+  };
+  const auto damagedAt = [&](size_t position) {
+    std::string content = whole;
+    content.at(position) = static_cast<char>(~content.at(position));
+    return refusalOf(content);
+  };
   constexpr size_t passwordChecksum = 0x5640;  // of the message store, permuted like all content of this file
-  content.at(passwordChecksum) = static_cast<char>(~content.at(passwordChecksum));
-  EXPECT_EQ(Refusal(WriteFile(directory / "locked.pst", content)), "is protected by a password");
-}
-
-TEST(ImportRealFile, OtherKindsOfEncryptionAreRefused) {
-  REQUIRE_SAMPLE(PersonalSample);
-  const ScratchFolder directory;
-  std::string content = ContentOf(PersonalSample).substr(0, 0x10000);
-  content[513] = 16;
-  content.replace(184, 8, std::string("\0\0\1\0\0\0\0\0", 8));  // the end of the file
-  EXPECT_EQ(Refusal(WriteFile(directory / "protected.pst", content)),
-            "is encrypted with method 16, which cannot be read");
+  EXPECT_EQ(damagedAt(passwordChecksum), "is protected by a password");
+  // First bytes of the blocks with the properties of "Deleted Items" and "lokay-m", and with the tables of
+  // the folders below the top, below "lokay-m" and below the folder in it.
+  for (const size_t block : {0x4E40u, 0x5740u, 0x4FC0u, 0x57C0u, 0x73C0u})
+    EXPECT_TRUE(damagedAt(block).starts_with("is damaged: lib")) << block;
+  std::string encrypted = whole.substr(0, 0x10000);
+  encrypted[513] = 16;
+  encrypted.replace(184, 8, std::string("\0\0\1\0\0\0\0\0", 8));  // the end of the file
+  EXPECT_EQ(refusalOf(encrypted), "is encrypted with method 16, which cannot be read");
 }
 
 // --- files that are none, or not whole
@@ -220,15 +225,6 @@ TEST(ImportBadFile, SaysWhatIsWrong) {
   }
 }
 
-TEST(ImportBadFile, NameMustBeUtf8) {
-  DataFile file;
-  file.recordKey = Bytes(16, 7);
-  file.folders = {{.node = 0x122, .name = ""},
-                  {.node = 0x8022, .parent = 0x122, .name = "Top of Personal Folders"}};
-  EXPECT_NO_THROW(ProfileOf(file, "caf\xC3\xA9.pst"));
-  EXPECT_THROW(ProfileOf(file, "caf\xE9.pst"), ProfileError);
-}
-
 TEST(ImportBadFile, CutShort) {
   REQUIRE_SAMPLE(MailboxSample);
   const ScratchFolder directory;
@@ -237,20 +233,6 @@ TEST(ImportBadFile, CutShort) {
   for (const uintmax_t size : {16818175u, 16000000u, 4096000u, 65537u, 4096u, 516u, 515u, 100u, 12u, 5u}) {
     fs::resize_file(path, size);
     EXPECT_EQ(Refusal(path), "is cut short: only " + std::to_string(size) + " bytes of it are there");
-  }
-}
-
-TEST(ImportBadFile, DamagedFoldersAreNotPassedOver) {
-  REQUIRE_SAMPLE(PersonalSample);
-  const ScratchFolder directory;
-  const std::string whole = ContentOf(PersonalSample);
-  // First bytes of the blocks with the properties of "Deleted Items" and "lokay-m", and with the tables of
-  // the folders below the top, below "lokay-m" and below the folder in it.
-  for (const size_t block : {0x4E40u, 0x5740u, 0x4FC0u, 0x57C0u, 0x73C0u}) {
-    std::string content = whole;
-    content.at(block) = static_cast<char>(~content.at(block));
-    EXPECT_TRUE(Refusal(WriteFile(directory / "damaged.pst", content)).starts_with("is damaged: lib"))
-        << block;
   }
 }
 
@@ -419,6 +401,11 @@ TEST(ImportHierarchy, DepthIsNoLimit) {
   size_t levels = 0;
   for (; !world.At(deepest).children.empty(); ++levels) deepest = world.At(deepest).children.front();
   EXPECT_EQ(levels, depth);
+}
+
+TEST(ImportHierarchy, NameMustBeUtf8) {
+  EXPECT_NO_THROW(ProfileOf(PersonalFile(), "caf\xC3\xA9.pst"));
+  EXPECT_THROW(ProfileOf(PersonalFile(), "caf\xE9.pst"), ProfileError);
 }
 
 TEST(ImportHierarchy, UnusableContentIsRefused) {

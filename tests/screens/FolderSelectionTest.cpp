@@ -99,14 +99,12 @@ TEST(Selection, EndsWithTheShortestOfCountAndLists) {
     size_t entryIDs, storeIDs, itemTypes;
     const char* expected;
   };
-  for (const Row& row : std::vector<Row>{{3, 3, 3, 3, "3: e1/s:1 e2/s:2 e3/s:3"},
-                                         {2, 3, 3, 3, "2: e1/s:1 e2/s:2"},
-                                         {9, 3, 3, 3, "3: e1/s:1 e2/s:2 e3/s:3"},
-                                         {3, 1, 3, 3, "1: e1/s:1"},
-                                         {3, 3, 0, 3, "0:"},
-                                         {3, 3, 3, 2, "2: e1/s:1 e2/s:2"},
-                                         {0, 3, 3, 3, "0:"},
-                                         {-1, 3, 3, 3, "0:"}}) {
+  for (const Row& row : {Row{2, 3, 3, 3, "2: e1/s:1 e2/s:2"},
+                         {9, 3, 3, 3, "3: e1/s:1 e2/s:2 e3/s:3"},
+                         {3, 1, 3, 3, "1: e1/s:1"},
+                         {3, 3, 0, 3, "0:"},
+                         {3, 3, 3, 2, "2: e1/s:1 e2/s:2"},
+                         {-1, 3, 3, 3, "0:"}}) {
     PickerScene scene;
     for (int32_t i = 1; i <= 3; ++i) scene.Store("e" + std::to_string(i), "s", i);
     SettingsData& data = scene.scene.Working();

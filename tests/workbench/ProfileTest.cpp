@@ -80,19 +80,15 @@ TEST(Profile, IsRefusedWithLineAndReason) {
 
 TEST(Profile, HoldsDeepAndWideWorlds) {
   std::string folders = "{\"name\":\"F\",\"entryID\":\"0\"}";
-  for (int i = 1; i <= 300; ++i) {
-    folders += ",{\"name\":\"F\",\"entryID\":\"" + std::to_string(i) + "\",\"parent\":\"" +
-               std::to_string(i - 1) + "\"}";
-  }
-  const Profile deep = ParseProfile(WithFolders(folders), "deep");
-  EXPECT_EQ(deep.world.PathOf(deep.world.Find("300", "s")).size(), 2U + 301 * 2 - 1);
-  folders = "{\"name\":\"F\",\"entryID\":\"0\"}";
+  constexpr int depth = 300;
   constexpr int count = 100000;
   for (int i = 1; i <= count; ++i) {
-    folders += ",\n{\"name\":\"F\",\"entryID\":\"" + std::to_string(i) + "\",\"parent\":\"0\"}";
+    folders += ",\n{\"name\":\"F\",\"entryID\":\"" + std::to_string(i) + "\",\"parent\":\"" +
+               std::to_string(i <= depth ? i - 1 : 0) + "\"}";
   }
-  EXPECT_EQ(ParseProfile(WithFolders(folders), "wide").world.ChildrenOf(0).size(),
-            static_cast<size_t>(count));
+  const World world = ParseProfile(WithFolders(folders), "p").world;
+  EXPECT_EQ(world.PathOf(world.Find("300", "s")).size(), 2U + (depth + 1) * 2 - 1);
+  EXPECT_EQ(world.ChildrenOf(0).size(), 1U + count - depth);
 }
 
 TEST(Profile, ComesBackAsItWasWritten) {
