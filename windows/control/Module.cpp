@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "VexaControls.h"
+#include "windows/com/ServerObject.h"
 #include "windows/control/PageControl.h"
 
 namespace vexa::windows {

@@ -45,50 +45,7 @@ PageControl::PageControl()
       hosted_([this] { return Site(); }) {}
 
 PageControl::~PageControl() {
-  // Calls on sites and advise sinks from here on may ask for references; they must not destroy twice.
-  references_ = 1;
   IgnoreErrors([&] { Deactivate(); });
-}
-
-STDMETHODIMP PageControl::QueryInterface(REFIID interfaceId, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  const auto is = [&](const IID& other) { return IsEqualIID(interfaceId, other) != FALSE; };
-  if (is(IID_IUnknown) || is(IID_IDispatch) || is(__uuidof(IOutlookPropertiesPage))) {
-    *object = static_cast<IOutlookPropertiesPage*>(this);
-  } else if (is(__uuidof(PropertyPage))) {
-    *object = static_cast<PropertyPage*>(this);
-  } else if (is(IID_IOleObject)) {
-    *object = static_cast<IOleObject*>(this);
-  } else if (is(IID_IOleWindow) || is(IID_IOleInPlaceObject)) {
-    *object = static_cast<IOleInPlaceObject*>(this);
-  } else if (is(IID_IOleInPlaceActiveObject)) {
-    *object = static_cast<IOleInPlaceActiveObject*>(this);
-  } else if (is(IID_IOleControl)) {
-    *object = static_cast<IOleControl*>(this);
-  } else if (is(IID_IViewObject) || is(IID_IViewObject2)) {
-    *object = static_cast<IViewObject2*>(this);
-  } else if (is(IID_IPersist) || is(IID_IPersistStreamInit)) {
-    *object = static_cast<IPersistStreamInit*>(this);
-  } else if (is(IID_IProvideClassInfo)) {
-    *object = static_cast<IProvideClassInfo*>(this);
-  } else if (is(IID_IObjectWithSite)) {
-    *object = static_cast<IObjectWithSite*>(this);
-  } else if (is(IID_ISupportErrorInfo)) {
-    *object = static_cast<ISupportErrorInfo*>(this);
-  } else {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) PageControl::AddRef() { return ++references_; }
-
-STDMETHODIMP_(ULONG) PageControl::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
 }
 
 // --- automation

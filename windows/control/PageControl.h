@@ -3,37 +3,23 @@
 // are split by interface: automation, OLE embedding, in-place window, persistence.
 #pragma once
 
-#include <atomic>
 #include <memory>
 
 #include "Outlook.h"
 #include "VexaControls.h"
-#include "windows/com/Com.h"
-#include "windows/com/ServerObject.h"
+#include "windows/com/CountedObject.h"
 #include "windows/control/HostedPage.h"
 #include "windows/control/Module.h"
 #include "windows/control/PageWindow.h"
 
 namespace vexa::windows {
 
-class PageControl final : public IOutlookPropertiesPage,
-                          public PropertyPage,
-                          public IOleObject,
-                          public IOleInPlaceObject,
-                          public IOleInPlaceActiveObject,
-                          public IOleControl,
-                          public IViewObject2,
-                          public IPersistStreamInit,
-                          public IProvideClassInfo,
-                          public IObjectWithSite,
-                          public ISupportErrorInfo {
+class PageControl final
+    : public CountedObject<IOutlookPropertiesPage, PropertyPage, IOleObject, IOleInPlaceObject,
+                           IOleInPlaceActiveObject, IOleControl, IViewObject2, IPersistStreamInit,
+                           IProvideClassInfo, IObjectWithSite, ISupportErrorInfo> {
  public:
   static ComPtr<IUnknown> Create();
-
-  // IUnknown
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override;
-  STDMETHODIMP_(ULONG) Release() override;
 
   // IDispatch of both dual interfaces
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
@@ -134,7 +120,7 @@ class PageControl final : public IOutlookPropertiesPage,
 
  private:
   PageControl();
-  ~PageControl();
+  ~PageControl() override;
 
   /// Runs a member of the page: refused from a thread that the control does not belong to.
   template <typename Body>
@@ -153,8 +139,6 @@ class PageControl final : public IOutlookPropertiesPage,
   void HidePage();
   bool IsInPlaceActive() const { return window_ != nullptr && window_->Handle() != nullptr; }
 
-  LivingObjects living_;
-  std::atomic<ULONG> references_ = 1;
   DWORD thread_ = GetCurrentThreadId();
 
   ComPtr<ITypeInfo> pageInfo_;

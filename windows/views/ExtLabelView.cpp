@@ -124,7 +124,7 @@ class ExtLabelView final : public ControlView, private LinkedText {
     switch (message) {
       case WM_GETOBJECT:
         if (static_cast<LONG>(lParam) != OBJID_CLIENT) break;
-        if (!accessible_) accessible_ = ComPtr<LinksAccessible>(new LinksAccessible(*this));
+        if (!accessible_) accessible_ = ComPtr<LinksAccessible>::Attach(new LinksAccessible(*this));
         result = accessible_->Answer(wParam);
         return true;
       case WM_SETFOCUS:

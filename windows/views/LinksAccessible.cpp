@@ -21,23 +21,6 @@ LONG ChildId(int link) { return link == Itself ? CHILDID_SELF : link + 1; }
 
 }  // namespace
 
-STDMETHODIMP LinksAccessible::QueryInterface(REFIID interfaceId, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (interfaceId != IID_IUnknown && interfaceId != IID_IDispatch && interfaceId != __uuidof(IAccessible)) {
-    return E_NOINTERFACE;
-  }
-  *object = static_cast<IAccessible*>(this);
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) LinksAccessible::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 template <typename Body>
 HRESULT LinksAccessible::With(const VARIANT& child, Body&& body) {
   if (text_ == nullptr) return CO_E_OBJNOTCONNECTED;

@@ -7,10 +7,9 @@
 // windows.h first
 #include <oleacc.h>
 
-#include <atomic>
 #include <string>
 
-#include "windows/com/ServerObject.h"
+#include "windows/com/CountedObject.h"
 
 namespace vexa::windows {
 
@@ -34,17 +33,13 @@ class LinkedText {
   virtual void FollowLink(int link) = 0;
 };
 
-class LinksAccessible final : public IAccessible {
+class LinksAccessible final : public CountedObject<IAccessible> {
  public:
   explicit LinksAccessible(LinkedText& text) : text_(&text) {}
   /// The text is gone.
   void Disconnect() { text_ = nullptr; }
   /// The answer to WM_GETOBJECT.
   LRESULT Answer(WPARAM wParam) { return LresultFromObject(__uuidof(IAccessible), wParam, this); }
-
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
   STDMETHODIMP GetTypeInfo(UINT info, LCID locale, ITypeInfo** found) override;
@@ -75,8 +70,6 @@ class LinksAccessible final : public IAccessible {
   STDMETHODIMP put_accValue(VARIANT child, BSTR value) override;
 
  private:
-  ~LinksAccessible() = default;
-
   /// Runs `body` with the link that `child` names, -1 for the text itself.
   template <typename Body>
   HRESULT With(const VARIANT& child, Body&& body);
@@ -84,8 +77,6 @@ class LinksAccessible final : public IAccessible {
   template <typename Body>
   HRESULT AskSystem(Body&& body);
 
-  LivingObjects counted_;
-  std::atomic<ULONG> references_ = 0;
   LinkedText* text_;
   ComPtr<IAccessible> system_;
 };

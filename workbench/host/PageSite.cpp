@@ -12,24 +12,6 @@ constexpr DISPID OnStatusChangeId = 0x2100;
 
 }  // namespace
 
-STDMETHODIMP PageFrame::QueryInterface(REFIID interfaceId, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (interfaceId != IID_IUnknown && interfaceId != IID_IOleWindow &&
-      interfaceId != IID_IOleInPlaceUIWindow && interfaceId != IID_IOleInPlaceFrame) {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  *object = static_cast<IOleInPlaceFrame*>(this);
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) PageFrame::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 STDMETHODIMP PageFrame::GetWindow(HWND* window) {
   if (window == nullptr) return E_POINTER;
   *window = window_;
@@ -55,29 +37,11 @@ STDMETHODIMP PageFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLES
 STDMETHODIMP PageFrame::EnableModeless(BOOL /*enable*/) { return S_OK; }
 STDMETHODIMP PageFrame::TranslateAccelerator(LPMSG /*message*/, WORD /*id*/) { return S_FALSE; }
 
-STDMETHODIMP PageSite::QueryInterface(REFIID interfaceId, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (interfaceId == IID_IUnknown || interfaceId == IID_IOleClientSite) {
-    *object = static_cast<IOleClientSite*>(this);
-  } else if (interfaceId == IID_IOleWindow || interfaceId == IID_IOleInPlaceSite) {
-    *object = static_cast<IOleInPlaceSite*>(this);
-  } else if (interfaceId == IID_IOleControlSite) {
-    *object = static_cast<IOleControlSite*>(this);
-  } else if (interfaceId == IID_IDispatch ||
-             (interfaceId == PropertyPageSiteId && events_.isPageSite && events_.isPageSite())) {
-    *object = static_cast<IDispatch*>(this);
-  } else {
-    return E_NOINTERFACE;
+void* PageSite::Find(REFIID interfaceId) {
+  if (interfaceId == PropertyPageSiteId && events_.isPageSite && events_.isPageSite()) {
+    return static_cast<IDispatch*>(this);
   }
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) PageSite::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
+  return CountedObject::Find(interfaceId);
 }
 
 STDMETHODIMP PageSite::SaveObject() { return E_NOTIMPL; }

@@ -7,26 +7,20 @@
 #include <ocidl.h>
 #include <oleidl.h>
 
-#include <atomic>
 #include <functional>
 
-#include "windows/com/Com.h"
-#include "windows/com/ServerObject.h"
+#include "windows/com/CountedObject.h"
 
 namespace vexa::workbench {
 
 /// The container's window that stands around the page.
-class PageFrame final : public IOleInPlaceFrame {
+class PageFrame final : public windows::CountedObject<IOleInPlaceFrame> {
  public:
   /// `window` is the top-level window.
   explicit PageFrame(HWND window) : window_(window) {}
 
   /// The object that has the keyboard; null while the container itself has it.
   const windows::ComPtr<IOleInPlaceActiveObject>& ActiveObject() const { return active_; }
-
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
 
   STDMETHODIMP GetWindow(HWND* window) override;
   STDMETHODIMP ContextSensitiveHelp(BOOL enter) override;
@@ -42,17 +36,12 @@ class PageFrame final : public IOleInPlaceFrame {
   STDMETHODIMP TranslateAccelerator(LPMSG message, WORD id) override;
 
  private:
-  ~PageFrame() = default;
-  std::atomic<ULONG> references_ = 1;
   HWND window_;
   windows::ComPtr<IOleInPlaceActiveObject> active_;
-  windows::LivingObjects living_;
 };
 
-class PageSite final : public IOleClientSite,
-                       public IOleInPlaceSite,
-                       public IOleControlSite,
-                       public IDispatch {
+class PageSite final
+    : public windows::CountedObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
  public:
   struct Events {
     std::function<bool()> isPageSite;  // whether PropertyPageSite is answered
@@ -66,10 +55,6 @@ class PageSite final : public IOleClientSite,
 
   /// From here on nothing is told any more: the container is going.
   void Detach() { events_ = {}; }
-
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
 
   // IOleClientSite
   STDMETHODIMP SaveObject() override;
@@ -111,12 +96,11 @@ class PageSite final : public IOleClientSite,
                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
 
  private:
-  ~PageSite() = default;
-  std::atomic<ULONG> references_ = 1;
+  void* Find(REFIID interfaceId) override;
+
   windows::ComPtr<PageFrame> frame_;
   HWND area_;
   Events events_;
-  windows::LivingObjects living_;
 };
 
 }  // namespace vexa::workbench
