@@ -10,6 +10,7 @@
 #include "windows/views/Handles.h"
 #include "windows/views/WindowsModals.h"
 #include "workbench/Gallery.h"
+#include "workbench/host/ControlWindow.h"
 #include "workbench/host/FolderPicker.h"
 #include "workbench/host/GalleryLayout.h"
 #include "workbench/host/MessageBox.h"

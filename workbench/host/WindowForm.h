@@ -10,13 +10,6 @@ namespace vexa::workbench {
 
 class WindowDriver;
 
-/// The window of a form within `window`, itself included; null when there is none.
-HWND FindFormWindow(HWND window);
-/// The name of the form that a window shows; empty for any other window.
-std::string FormNameOf(HWND window);
-/// The name of the control that a window is; empty for any other window.
-std::string ControlNameOf(HWND window);
-
 class WindowForm final : public FormDriver {
  public:
   WindowForm(WindowDriver& driver, HWND window) : driver_(driver), window_(window) {}
