@@ -28,9 +28,9 @@ TEST_F(ControlTest, AnswersEveryInterfaceAndLeavesNothingBehind) {
     const ComPtr<IOutlookPropertiesPage> page = module_.CreatePage();
     const ComPtr<IUnknown> identity = page.As<IUnknown>();
     for (const IID& id :
-         {__uuidof(PropertyPage), IID_IDispatch, IID_IOleObject, IID_IOleInPlaceObject,
-          IID_IOleInPlaceActiveObject, IID_IOleControl, IID_IViewObject2, IID_IPersistStreamInit,
-          IID_IProvideClassInfo, IID_IObjectWithSite, IID_ISupportErrorInfo}) {
+         {__uuidof(PropertyPage), IID_IDispatch, IID_IOleObject, IID_IOleWindow, IID_IViewObject,
+          IID_IPersist, IID_IOleInPlaceObject, IID_IOleInPlaceActiveObject, IID_IOleControl, IID_IViewObject2,
+          IID_IPersistStreamInit, IID_IProvideClassInfo, IID_IObjectWithSite, IID_ISupportErrorInfo}) {
       void* found = nullptr;
       ASSERT_EQ(page->QueryInterface(id, &found), S_OK);
       const auto other = ComPtr<IUnknown>::Attach(static_cast<IUnknown*>(found));
