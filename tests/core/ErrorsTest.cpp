@@ -33,6 +33,21 @@ TEST(Report, ShowsNeitherSourceNorTrailWhereThereIsNone) {
       "An error occurred.  Details are below.\r\n\r\nError Number: 1001\r\nDescription: Something broke");
 }
 
+TEST(Errors, OfOtherTypesAreTranslated) {
+  const auto numberOf = [](auto&& raise) {
+    try {
+      PassOn("M", "A", raise);
+    } catch (const Error& error) {
+      EXPECT_TRUE(error.Source.ends_with("\r\n-->M.A")) << error.Source;
+      return error.Number;
+    }
+    return 0;
+  };
+  EXPECT_EQ(numberOf([] { throw std::bad_alloc(); }), 7);
+  EXPECT_EQ(numberOf([] { throw std::runtime_error("foreign"); }), 51);
+  EXPECT_EQ(numberOf([] { throw 42; }), 51);
+}
+
 class BrokenBoxes final : public MessageBoxes {
  public:
   MessageAnswer Show(const std::string&, MessageIcon, MessageButtons, const std::string&) override {

@@ -53,6 +53,18 @@ TEST(Focus, MeetsOneOptionOfAGroup) {
   EXPECT_EQ(form.NextInTabOrder(&form.check), &form.one) << "the selected one cannot be used";
 }
 
+TEST(Focus, MovesOffAControlThatIsNoLongerUsable) {
+  TestForm form;
+  UserActions(form).Focus(form.one);
+  form.Take();
+  form.two.SetEnabled(false);
+  form.one.SetEnabled(false);
+  EXPECT_EQ(form.Focus(), &form.slider);
+  EXPECT_EQ(form.Take(), "one- slider+");
+  for (Control* control : form.Controls()) control->SetEnabled(false);
+  EXPECT_EQ(form.Focus(), nullptr);
+}
+
 class StateView final : public FormView {
  public:
   void Changed(Control& /*control*/) override {}
