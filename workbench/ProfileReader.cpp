@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "workbench/AtomicFile.h"
+#include "workbench/CallLog.h"
 #include "workbench/LocatedJson.h"
 #include "workbench/Names.h"
 #include "workbench/Profile.h"
@@ -12,12 +13,10 @@
 namespace vexa::workbench {
 namespace {
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
 [[noreturn]] void Refuse(int line, const std::string& message) { throw JsonError(line, message); }
 
 void Require(const JsonNode& node, JsonNode::Kind kind, std::string_view name, const char* right) {
-  if (node.kind != kind) Refuse(node.line, Quoted(name) + " must be " + right);
+  if (node.kind != kind) Refuse(node.line, QuotedText(name) + " must be " + right);
 }
 
 // --- one overload a type of value; `name` is the member's name in messages
@@ -37,7 +36,7 @@ requires std::same_as<Integer, int16_t> || std::same_as<Integer, int32_t>
 void Read(const JsonNode& node, std::string_view name, Integer& value) {
   using Limits = std::numeric_limits<Integer>;
   if (node.kind != JsonNode::Kind::Integer || node.integer < Limits::min() || node.integer > Limits::max()) {
-    Refuse(node.line, Quoted(name) + " must be a whole number from " + std::to_string(Limits::min()) +
+    Refuse(node.line, QuotedText(name) + " must be a whole number from " + std::to_string(Limits::min()) +
                           " to " + std::to_string(Limits::max()));
   }
   value = static_cast<Integer>(node.integer);
@@ -54,7 +53,7 @@ void Read(const JsonNode& node, std::string_view name, StoreKind& kind) {
   std::string word;
   Read(node, name, word);
   const std::optional<StoreKind> known = StoreKindNamed(word);
-  if (!known) Refuse(node.line, Quoted(name) + " must be \"mailbox\", \"public\" or \"personal\"");
+  if (!known) Refuse(node.line, QuotedText(name) + " must be \"mailbox\", \"public\" or \"personal\"");
   kind = *known;
 }
 
@@ -74,7 +73,7 @@ class ObjectReader {
   template <typename Value>
   void Required(std::string_view member, Value& value) {
     if (!Optional(member, value)) {
-      Refuse(node_.line, "the " + std::string(name_) + " needs a " + Quoted(member));
+      Refuse(node_.line, "the " + std::string(name_) + " needs a " + QuotedText(member));
     }
   }
   const JsonNode* Find(std::string_view member) {
@@ -86,7 +85,7 @@ class ObjectReader {
     for (const auto& [member, value] : node_.members) {
       if (std::ranges::find(known_, member) == known_.end()) {
         Refuse(value.line,
-               std::string("unknown ") + kind + " " + Quoted(member) + SuggestName(member, known_));
+               std::string("unknown ") + kind + " " + QuotedText(member) + SuggestName(member, known_));
       }
     }
   }
@@ -162,7 +161,7 @@ class StoreBuilder {
       if (record.parent.empty()) {
         if (root_ != records_.size()) {
           Refuse(record.line, "a store has one folder without \"parent\", its root, and that is " +
-                                  Quoted(records_[root_].name) + " on line " +
+                                  QuotedText(records_[root_].name) + " on line " +
                                   std::to_string(records_[root_].line));
         }
         root_ = i;
@@ -171,7 +170,7 @@ class StoreBuilder {
       const auto parent = byEntryID_.find(record.parent);
       if (parent == byEntryID_.end()) {
         Refuse(record.line, "\"parent\" must be the entry id of a folder of the same store; " +
-                                Quoted(record.parent) + " is none");
+                                QuotedText(record.parent) + " is none");
       }
       children_[parent->second].push_back(i);
     }
@@ -187,22 +186,22 @@ class StoreBuilder {
         world_.AddFolder(store_, parent, from.name, from.entryID, static_cast<ItemType>(from.itemType));
     // Ids that differ in the case of letters only are the same id.
     if (folder == NoFolder)
-      Refuse(from.line, "entry id " + Quoted(from.entryID) + " is used twice in the store");
+      Refuse(from.line, "entry id " + QuotedText(from.entryID) + " is used twice in the store");
     world_.At(folder).unreadable = from.unreadable;
     world_.At(folder).excluded = from.excluded;
     return folder;
   }
 
   [[noreturn]] static void RefuseDuplicate(const FolderRecord& second, const FolderRecord& first) {
-    Refuse(second.line, "entry id " + Quoted(second.entryID) + " is that of folder " + Quoted(first.name) +
-                            " on line " + std::to_string(first.line) +
+    Refuse(second.line, "entry id " + QuotedText(second.entryID) + " is that of folder " +
+                            QuotedText(first.name) + " on line " + std::to_string(first.line) +
                             "; each folder of a store needs its own");
   }
 
   [[noreturn]] void RefuseCycle() const {
     for (const FolderRecord& record : records_) {
       if (world_.FindInStore(record.entryID, store_) == NoFolder) {
-        Refuse(record.line, "folder " + Quoted(record.name) +
+        Refuse(record.line, "folder " + QuotedText(record.name) +
                                 " lies below itself: its \"parent\" must lead up to the store's root");
       }
     }
@@ -226,7 +225,7 @@ void ReadDefaultFolders(const JsonNode& node, uint32_t store, World& world) {
     const auto [stop, failure] = std::from_chars(number.data(), end, folderNumber);
     if (failure != std::errc() || stop != end) {
       Refuse(value.line, "a default folder is named by its number, such as \"6\" for the Inbox; " +
-                             Quoted(number) + " is none");
+                             QuotedText(number) + " is none");
     }
     std::string entryID;
     Read(value, number, entryID);
@@ -309,7 +308,7 @@ void ReadMembers(const JsonNode& node, std::string_view name, ReadMember&& read)
 void ReadRegistryKey(const JsonMember& key, MachineState& machine) {
   if (!key.name.starts_with("HKEY_LOCAL_MACHINE\\") && !key.name.starts_with("HKEY_CURRENT_USER\\")) {
     Refuse(key.value.line, "a registry key begins with HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER; " +
-                               Quoted(key.name) + " does not");
+                               QuotedText(key.name) + " does not");
   }
   MachineState::RegistryKey& values = machine.registry[key.name];
   ReadMembers(key.value, key.name, [&](const JsonMember& value) {
