@@ -19,6 +19,7 @@
 #include "tests/ScratchFolder.h"
 #include "tests/screens/Scene.h"
 #include "workbench/AtomicFile.h"
+#include "workbench/FileDescriptor.h"
 
 namespace vexa::workbench {
 namespace {
@@ -246,6 +247,27 @@ TEST(NothingLost, WhenTwoWriteAtOnce) {
   EXPECT_EQ(RecordsIn(place.Log(), torn), 100U);
   EXPECT_EQ(torn, 0U);
   EXPECT_EQ(place.FilesBeside(), 0U);
+}
+
+TEST(NothingLost, ARecordWaitsUntilNobodyElseHasTheLog) {
+  const Place place;
+  WindowsFiles files(place.File());
+  const auto log = [&](const std::string& text) { files.Append("C:\\VEXAERRORS.MDB", text); };
+  log("first\n");
+  const pid_t other = InChild([&] {
+    const FileDescriptor file(place.Log(), FileDescriptor::Use::Append);
+    file.Lock();
+    file.WriteAll("sec");
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));  // time enough for one who does not wait
+    file.WriteAll("ond\n");
+    return 0;
+  });
+  for (int look = 0; look < 10000 && !ReadWholeFile(place.Log()).ends_with("sec"); ++look) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  log("third\n");
+  EXPECT_EQ(StatusOf(other), 0);
+  EXPECT_EQ(ReadWholeFile(place.Log()), "first\nsecond\nthird\n");
 }
 
 }  // namespace
