@@ -53,6 +53,8 @@ class WindowForm final : public FormDriver {
   /// Presses the mouse at a place in a control; `twice` for a double click.
   Outcome PressMouse(HWND control, POINT place, bool twice = false);
   Outcome PressKey(HWND control, int keyCode, bool shift = false);
+  /// Presses the key that stands for a button, if there is one.
+  Outcome PressFor(const std::string& button, int keyCode);
   /// Whether something that was done to `control` has arrived, when `before` had the focus.
   Outcome Arrival(HWND control, HWND before) const;
 

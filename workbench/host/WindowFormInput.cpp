@@ -176,21 +176,16 @@ Outcome WindowForm::Press(int keyCode, bool shift) {
   return isArrow && !takesArrows && stayed ? Outcome::NotTaken : Outcome::Done;
 }
 
-Outcome WindowForm::Enter() {
-  const std::string name = EnterButton();
-  if (name.empty()) return Outcome::NotTaken;
-  const Outcome outcome = Usability(Find(name));
-  PressKey(FocusedControl(), VK_RETURN);
+Outcome WindowForm::PressFor(const std::string& button, int keyCode) {
+  if (button.empty()) return Outcome::NotTaken;
+  const Outcome outcome = Usability(Find(button));
+  PressKey(FocusedControl(), keyCode);
   return outcome;
 }
 
-Outcome WindowForm::Escape() {
-  const std::string name = EscapeButton();
-  if (name.empty()) return Outcome::NotTaken;
-  const Outcome outcome = Usability(Find(name));
-  PressKey(FocusedControl(), VK_ESCAPE);
-  return outcome;
-}
+Outcome WindowForm::Enter() { return PressFor(EnterButton(), VK_RETURN); }
+
+Outcome WindowForm::Escape() { return PressFor(EscapeButton(), VK_ESCAPE); }
 
 bool WindowForm::CloseWindow() {
   if ((StyleOf(window_) & WS_CHILD) != 0) return false;
