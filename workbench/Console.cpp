@@ -7,6 +7,9 @@
 namespace vexa::workbench {
 namespace {
 
+/// Before a command that comes from no terminal, where it is printed.
+constexpr std::string_view CommandMark = "> ";
+
 std::vector<MessageAnswer> AnswersOf(MessageButtons buttons) {
   switch (buttons) {
     case MessageButtons::Ok:
@@ -67,7 +70,7 @@ bool Console::ReadLine(std::string& line, const std::string& prompt) {
     typed = source_.readLine(prompt);
   } else {
     if (source_.interactive) out_ << prompt << std::flush;
-    if (std::getline(source_.in, line)) typed = std::move(line);
+    typed = NextLine();
   }
   if (!typed) {
     if (source_.interactive) out_ << "\n";
@@ -75,9 +78,21 @@ bool Console::ReadLine(std::string& line, const std::string& prompt) {
     return false;
   }
   line = std::move(*typed);
-  ++line_;
-  if (line.ends_with('\r')) line.pop_back();
   return true;
+}
+
+std::optional<std::string> Console::NextLine() {
+  for (std::string line; std::getline(source_.in, line);) {
+    ++line_;
+    if (line.ends_with('\r')) line.pop_back();
+    if (source_.interactive) return line;
+    const bool played = line.starts_with(CommandMark);
+    const size_t word = line.find_first_not_of(" \t");
+    if (!isTranscript_ && word != std::string::npos && line[word] != '#') isTranscript_ = played;
+    if (played && isTranscript_ == true) return line.substr(CommandMark.size());
+    if (isTranscript_ != true) return line;
+  }
+  return std::nullopt;
 }
 
 void Console::Execute(const std::string& line) {
@@ -86,8 +101,9 @@ void Console::Execute(const std::string& line) {
     const std::vector<std::string> words = SplitWords(line);
     if (words.empty()) return;
     if (consoleOnly_ && source_.realWindows && !SameName(words.front(), "hosts")) return;
-    const bool speaks = SameName(words.front(), "say");  // what it prints stands for itself
-    if (!source_.interactive && !speaks) Out() << "> " << line << "\n";
+    // What "say" prints stands for itself; without the command a transcript could not say it again.
+    const bool speaks = SameName(words.front(), "say") && isTranscript_ != true;
+    if (!source_.interactive && !speaks) Out() << CommandMark << line << "\n";
     const Command* const command = FindCommand(words.front());
     if (command == nullptr) {
       throw ScriptError("unknown command \"" + words.front() + "\"" +

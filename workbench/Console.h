@@ -129,6 +129,8 @@ class Console final : public ModalWindows, public UserAnswers {
   void Fail(const std::string& message, int status = 2);
   void EndLine();
   bool ReadLine(std::string& line, const std::string& prompt);
+  /// The next line of the input; of a transcript, the next command.
+  std::optional<std::string> NextLine();
   /// Asks the person at the terminal for an answer of a kind; nothing at the end of the input. In a script it
   /// ends the run.
   std::optional<std::string> Ask(const std::string& question, const char* kind, const std::string& choices);
@@ -140,6 +142,7 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream nowhere_{nullptr};
   bool lineIsOpen_ = false;
   int line_ = 0;
+  std::optional<bool> isTranscript_;  // of an earlier run, to be played again; known from the first command on
   bool ended_ = false;
   int status_ = 0;
   bool strict_ = false;
