@@ -142,7 +142,8 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream nowhere_{nullptr};
   bool lineIsOpen_ = false;
   int line_ = 0;
-  std::optional<bool> isTranscript_;  // of an earlier run, to be played again; known from the first command on
+  std::optional<bool>
+      isTranscript_;  // of an earlier run, to be played again; known from the first command on
   bool ended_ = false;
   int status_ = 0;
   bool strict_ = false;
