@@ -142,8 +142,8 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream nowhere_{nullptr};
   bool lineIsOpen_ = false;
   int line_ = 0;
-  std::optional<bool>
-      isTranscript_;  // of an earlier run, to be played again; known from the first command on
+  /// Whether the script is a transcript, played again: known from its first command on.
+  std::optional<bool> isTranscript_;
   bool ended_ = false;
   int status_ = 0;
   bool strict_ = false;
