@@ -23,8 +23,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const vexa::workbench::Profile profile = vexa::workbench::ReadProfile("small.json");
   const std::string input(reinterpret_cast<const char*>(data), size);
   std::istringstream lines(input);
-  const bool transcript = input.starts_with("> ") || input.find("\n> ") != std::string::npos;
-  std::string text = transcript ? "> open\n" : "open\n";
+  const bool played = input.starts_with("> ") || input.find("\n> ") != std::string::npos;
+  std::string text = played ? "> open\n" : "open\n";
   for (std::string line; std::getline(lines, line);) {
     if (!IsLeftOut(line)) text += line + '\n';
   }
