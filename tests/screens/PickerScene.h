@@ -54,6 +54,11 @@ class PickerScene final : public DialogParent {
 
   void SetDirty() override { ++timesDirty; }
 
+  void AddFolder(const char* parent, const std::string& name, ItemType itemType = ItemType::Mail) {
+    World& world = scene.stage.workbench.profile.world;
+    const FolderIndex above = world.FindPath(parent);
+    world.AddFolder(world.At(above).store, above, name, "N" + name, itemType);
+  }
   /// Adds a stored entry to what the picker will load.
   void Store(const std::string& entryID, const std::string& storeID, int32_t itemTypes) {
     SettingsData& data = scene.Working();
@@ -96,46 +101,11 @@ class PickerScene final : public DialogParent {
   }
   void Expand(std::string_view path) { User().Expand(picker->tvFolders, At(path), true); }
   void Select(std::string_view path) { User().ClickNode(picker->tvFolders, At(path)); }
-  void Check(std::string_view path, bool checked = true) {
-    User().CheckNode(picker->tvFolders, At(path), checked);
-  }
-  Outcome CheckItem(int32_t id, bool checked = true) {
-    return User().CheckNode(picker->tvItems, picker->tvItems.Find(NumberKey(id)), checked);
-  }
+  void Check(std::string_view path) { User().CheckNode(picker->tvFolders, At(path), true); }
+  void CheckItem(int32_t id) { User().CheckNode(picker->tvItems, picker->tvItems.Find(NumberKey(id)), true); }
   void Click(Button& button) { User().Click(button); }
 
-  /// The selected folder, its tip and the item types that are shown for it.
-  std::string Shown() const {
-    std::string text(picker->tvFolders.Text(picker->tvFolders.Selected()));
-    const std::string& tip = picker->lblHotTip.Caption();
-    for (int32_t id = 2201; id <= 2208; ++id) {
-      if (scene.stage.resources.LoadString(id) == tip) text += " tip " + std::to_string(id);
-    }
-    if (!picker->fraItems.Enabled()) text += " disabled";
-    for (const Tree::Node item : picker->tvItems.Children(Tree::NoNode)) {
-      if (picker->tvItems.Checked(item)) text.append(" ").append(picker->tvItems.Key(item));
-    }
-    return text;
-  }
-  /// The checked folders, in the order of the tree.
-  std::string Checked() const {
-    const Tree& tree = picker->tvFolders;
-    std::string text;
-    for (Tree::Node node = tree.FirstChild(Tree::NoNode); node != Tree::NoNode;
-         node = tree.NextBelow(Tree::NoNode, node)) {
-      if (tree.Checked(node)) text.append(text.empty() ? "" : " ").append(tree.Text(node));
-    }
-    return text;
-  }
-  /// The calls since the last time, one a line.
-  std::string TakeCalls() {
-    std::string text;
-    for (const std::string& line : scene.stage.calls.Lines()) text += line + "\n";
-    scene.stage.calls.Clear();
-    return text;
-  }
-
-  mutable Scene scene;
+  Scene scene;
   RegSettingsRef settings;
   std::unique_ptr<frmFolders> picker;
   int timesDirty = 0;
