@@ -1,6 +1,7 @@
 // The user in front of modal windows. Steps wait in a queue; the next one is done as soon as the tested code
 // waits in a modal loop with nothing left to do, on the window that is then in front. A window that nobody
-// expects is a failure and is closed, so that no test waits for ever.
+// expects is closed, so that no test waits for ever, and is a failure unless the user sends away whatever
+// comes up.
 #pragma once
 
 #include <windows.h>
@@ -62,8 +63,9 @@ inline std::string NameOf(HWND control) {
 class Modals {
  public:
   using Step = std::function<void(HWND front)>;
+  enum class Unexpected { Fail, AreSentAway };
 
-  Modals() {
+  explicit Modals(Unexpected unexpected = Unexpected::Fail) : unexpected_(unexpected) {
     window_ = CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     // The lowest of all messages: it comes when there is nothing else to do.
@@ -149,11 +151,14 @@ class Modals {
       step(front);
       return;
     }
-    ADD_FAILURE() << "nobody expects this window: " << ToUtf8(TextOfWindow(front)) << ": "
-                  << (IsMessageBox(front) ? MessageOf(front) : std::string());
+    if (self.unexpected_ == Unexpected::Fail) {
+      ADD_FAILURE() << "nobody expects this window: " << ToUtf8(TextOfWindow(front)) << ": "
+                    << (IsMessageBox(front) ? MessageOf(front) : std::string());
+    }
     SendAway(front);
   }
 
+  Unexpected unexpected_;
   HWND window_ = nullptr;
   std::deque<Step> steps_;
 };

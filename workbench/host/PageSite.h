@@ -14,7 +14,7 @@
 namespace vexa::workbench {
 
 /// The container's window that stands around the page.
-class PageFrame final : public windows::CountedObject<IOleInPlaceFrame> {
+class PageFrame : public windows::CountedObject<IOleInPlaceFrame> {
  public:
   /// `window` is the top-level window.
   explicit PageFrame(HWND window) : window_(window) {}
@@ -40,8 +40,7 @@ class PageFrame final : public windows::CountedObject<IOleInPlaceFrame> {
   windows::ComPtr<IOleInPlaceActiveObject> active_;
 };
 
-class PageSite final
-    : public windows::CountedObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
+class PageSite : public windows::CountedObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
  public:
   struct Events {
     std::function<bool()> isPageSite;  // whether PropertyPageSite is answered
@@ -95,9 +94,10 @@ class PageSite final
   STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
 
- private:
+ protected:
   void* Find(REFIID interfaceId) override;
 
+ private:
   windows::ComPtr<PageFrame> frame_;
   HWND area_;
   Events events_;

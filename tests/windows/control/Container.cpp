@@ -5,12 +5,11 @@
 #include <array>
 
 #include "tests/windows/Modals.h"
+#include "workbench/host/PageSite.h"
 
 namespace vexa::windows {
 namespace {
 
-constexpr IID PropertyPageSiteId{0x0006307F, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
-constexpr DISPID OnStatusChangeId = 0x2100;
 constexpr RECT PageArea{10, 40, 510, 440};
 
 HWND MakeWindow(const wchar_t* windowClass, const wchar_t* text, DWORD style, DWORD extendedStyle,
@@ -21,6 +20,73 @@ HWND MakeWindow(const wchar_t* windowClass, const wchar_t* text, DWORD style, DW
 }
 
 }  // namespace
+
+class Container::PoorFrame final : public workbench::PageFrame {
+ public:
+  explicit PoorFrame(Container& container) : PageFrame(container.top_), container_(container) {}
+
+  STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return container_.Called("SetBorderSpace"); }
+  STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR name) override {
+    PageFrame::SetActiveObject(container_.page_ ? object : nullptr, name);
+    return container_.Called(object != nullptr ? "SetActiveObject" : "SetActiveObject null");
+  }
+
+ private:
+  Container& container_;
+};
+
+class Container::PoorSite final : public workbench::PageSite {
+ public:
+  explicit PoorSite(Container& container)
+      : PageSite(ComPtr<workbench::PageFrame>(container.frame_.Get()), container.area_,
+                 {[&container] { return container.offers_.pageSite; },
+                  [&container] { container.Called("OnStatusChange"); },
+                  [&container](bool back) { SetFocus(back ? container.before_ : container.behind_); }}),
+        container_(container) {}
+
+  STDMETHODIMP ShowObject() override { return container_.Called("ShowObject"); }
+  STDMETHODIMP GetWindow(HWND* window) override {
+    *window = container_.offers_.noWindow ? nullptr : container_.area_;
+    return S_OK;
+  }
+  STDMETHODIMP CanInPlaceActivate() override {
+    return container_.Called("CanInPlaceActivate", container_.offers_.canActivate);
+  }
+  STDMETHODIMP OnInPlaceActivate() override {
+    return container_.Called("OnInPlaceActivate", container_.offers_.activate);
+  }
+  STDMETHODIMP OnUIActivate() override {
+    return container_.Called("OnUIActivate", container_.offers_.uiActivate);
+  }
+  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** window, LPRECT position,
+                                LPRECT clip, LPOLEINPLACEFRAMEINFO info) override {
+    const Context context = container_.offers_.context;
+    HRESULT outcome = E_NOTIMPL;
+    if (context != Context::Fails) outcome = PageSite::GetWindowContext(frame, window, position, clip, info);
+    if (context == Context::WithoutFrame && *frame != nullptr) std::exchange(*frame, nullptr)->Release();
+    return container_.Called("GetWindowContext", outcome);
+  }
+  STDMETHODIMP OnUIDeactivate(BOOL) override { return container_.Called("OnUIDeactivate"); }
+  STDMETHODIMP OnInPlaceDeactivate() override { return container_.Called("OnInPlaceDeactivate"); }
+  STDMETHODIMP OnControlInfoChanged() override {
+    if (const ComPtr<IOleControl> page = container_.PageAs<IOleControl>()) {
+      container_.accessKeys.cb = sizeof container_.accessKeys;
+      page->GetControlInfo(&container_.accessKeys);
+    }
+    return container_.Called("OnControlInfoChanged");
+  }
+
+ private:
+  void* Find(REFIID id) override {
+    const Offers& offers = container_.offers_;
+    const bool missing = (!offers.inPlace && (id == IID_IOleInPlaceSite || id == IID_IOleWindow)) ||
+                         (!offers.controlSite && id == IID_IOleControlSite) ||
+                         (!offers.automation && id == IID_IDispatch);
+    return missing ? nullptr : PageSite::Find(id);
+  }
+
+  Container& container_;
+};
 
 Container::Container(const Offers& offers) : offers_(offers) {
   static const ATOM windowClass = [] {
@@ -36,13 +102,22 @@ Container::Container(const Offers& offers) : offers_(offers) {
   before_ = MakeWindow(L"BUTTON", L"Before", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, {10, 10, 90, 34}, top_);
   area_ = MakeWindow(L"STATIC", nullptr, WS_CHILD | WS_VISIBLE, WS_EX_CONTROLPARENT, PageArea, top_);
   behind_ = MakeWindow(L"BUTTON", L"Behind", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, {10, 450, 90, 474}, top_);
+  frame_ = MakeObject<PoorFrame, PoorFrame>(*this);
+  site_ = MakeObject<PoorSite, PoorSite>(*this);
   SetActiveWindow(top_);
 }
 
 Container::~Container() {
   if (page_) LetGo();
   DestroyWindows();
-  EXPECT_EQ(References(), 0U) << "somebody still holds the container";
+  const auto referencesOn = [](auto& object) { return object.AddRef(), object.Release(); };
+  EXPECT_EQ(referencesOn(*site_.Get()), 1U) << "somebody still holds the container";
+  EXPECT_EQ(referencesOn(*frame_.Get()), 2U) << "somebody besides container and site holds the frame";
+}
+
+void Container::Forget() {
+  frame_->PageFrame::SetActiveObject(nullptr, nullptr);
+  page_.Reset();
 }
 
 void Container::DestroyWindows() {
@@ -51,7 +126,7 @@ void Container::DestroyWindows() {
 
 void Container::Site(const ComPtr<IOutlookPropertiesPage>& page) {
   page_ = page;
-  EXPECT_EQ(PageAs<IOleObject>()->SetClientSite(this), S_OK);
+  EXPECT_EQ(PageAs<IOleObject>()->SetClientSite(site_.Get()), S_OK);
 }
 
 void Container::Embed(const ComPtr<IOutlookPropertiesPage>& page) {
@@ -62,7 +137,7 @@ void Container::Embed(const ComPtr<IOutlookPropertiesPage>& page) {
 
 HRESULT Container::DoVerb(LONG verb) {
   const RECT place{0, 0, PageArea.right - PageArea.left, PageArea.bottom - PageArea.top};
-  return PageAs<IOleObject>()->DoVerb(verb, nullptr, this, 0, area_, &place);
+  return PageAs<IOleObject>()->DoVerb(verb, nullptr, site_.Get(), 0, area_, &place);
 }
 
 void Container::LetGo() {
@@ -87,10 +162,8 @@ HWND Container::Control(const std::string& name) const {
 
 void Container::Handle(MSG& message) {
   const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-  if (isKey && frame_.active) {
-    const ComPtr<IOleInPlaceActiveObject> active = frame_.active;
-    if (active->TranslateAccelerator(&message) == S_OK) return;
-  }
+  const ComPtr<IOleInPlaceActiveObject> active = frame_->ActiveObject();
+  if (isKey && active && active->TranslateAccelerator(&message) == S_OK) return;
   if (top_ != nullptr && IsDialogMessageW(top_, &message) != FALSE) return;
   TranslateMessage(&message);
   DispatchMessageW(&message);
@@ -124,89 +197,6 @@ HRESULT Container::Called(const std::string& call, HRESULT result) {
   deeds_.erase(deed);
   body();
   return result;
-}
-
-STDMETHODIMP Container::QueryInterface(REFIID interfaceId, void** object) {
-  *object = nullptr;
-  if (interfaceId == IID_IUnknown || interfaceId == IID_IOleClientSite) {
-    *object = static_cast<IOleClientSite*>(this);
-  } else if ((interfaceId == IID_IOleInPlaceSite || interfaceId == IID_IOleWindow) && offers_.inPlace) {
-    *object = static_cast<IOleInPlaceSite*>(this);
-  } else if (interfaceId == IID_IOleControlSite && offers_.controlSite) {
-    *object = static_cast<IOleControlSite*>(this);
-  } else if ((interfaceId == IID_IDispatch && offers_.automation) ||
-             (interfaceId == PropertyPageSiteId && offers_.pageSite)) {
-    *object = static_cast<IDispatch*>(this);
-  } else {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP Container::OnControlInfoChanged() {
-  if (const ComPtr<IOleControl> page = PageAs<IOleControl>()) {
-    accessKeys.cb = sizeof accessKeys;
-    page->GetControlInfo(&accessKeys);
-  }
-  return Called("OnControlInfoChanged");
-}
-
-STDMETHODIMP Container::GetContainer(IOleContainer** container) {
-  *container = nullptr;
-  return E_NOINTERFACE;
-}
-
-STDMETHODIMP Container::GetWindow(HWND* window) {
-  *window = offers_.noWindow ? nullptr : area_;
-  return S_OK;
-}
-
-STDMETHODIMP Container::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** window,
-                                         LPRECT position, LPRECT clip, LPOLEINPLACEFRAMEINFO info) {
-  *frame = nullptr;
-  *window = nullptr;
-  if (offers_.context == Context::Fails) return Called("GetWindowContext", E_NOTIMPL);
-  *position = *clip = {0, 0, PageArea.right - PageArea.left, PageArea.bottom - PageArea.top};
-  info->fMDIApp = FALSE;
-  info->hwndFrame = top_;
-  info->haccel = nullptr;
-  info->cAccelEntries = 0;
-  if (offers_.context == Context::Whole) {
-    frame_.AddRef();
-    *frame = &frame_;
-  }
-  return Called("GetWindowContext");
-}
-
-STDMETHODIMP Container::TranslateAccelerator(LPMSG message, DWORD modifiers) {
-  if (message->wParam != VK_TAB) return S_FALSE;
-  SetFocus(modifiers == 0 ? behind_ : before_);
-  return Called("TranslateAccelerator");
-}
-
-STDMETHODIMP Container::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                               UINT*) {
-  if (member != OnStatusChangeId || (flags & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
-  return Called("OnStatusChange");
-}
-
-STDMETHODIMP Container::Frame::QueryInterface(REFIID interfaceId, void** object) {
-  const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IOleWindow ||
-                     interfaceId == IID_IOleInPlaceUIWindow || interfaceId == IID_IOleInPlaceFrame;
-  *object = known ? this : nullptr;
-  if (known) AddRef();
-  return known ? S_OK : E_NOINTERFACE;
-}
-
-STDMETHODIMP Container::Frame::GetWindow(HWND* window) {
-  *window = container_.top_;
-  return S_OK;
-}
-
-STDMETHODIMP Container::Frame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
-  if (container_.page_) active = ComPtr<IOleInPlaceActiveObject>(object);
-  return container_.Called(object != nullptr ? "SetActiveObject" : "SetActiveObject null");
 }
 
 }  // namespace vexa::windows

@@ -21,8 +21,6 @@ namespace {
 
 using ContainerTest = PageTest;
 
-constexpr const char* NoObject = "Object variable not set";
-
 TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   Container container;
   Open(container);
@@ -49,29 +47,25 @@ TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   EXPECT_EQ(WorkingCopy(), nullptr);
 }
 
-TEST_F(ContainerTest, InitialisedBeforeItIsSited) {
-  const ComPtr<IOutlookPropertiesPage> page = CreatePage();
-  ASSERT_EQ(Initialize(*page.Get()), S_OK);
-  ASSERT_EQ(page->SetDirty(), S_OK);
-  Container container;
-  container.Embed(page);
-  container.Pump();
-  EXPECT_NE(IsWindowEnabled(container.Control("cmdChange")), FALSE);
-  ASSERT_EQ(page->SetDirty(), S_OK);
-  EXPECT_TRUE(Contains(container.calls, "OnStatusChange"));
-}
-
-TEST_F(ContainerTest, NeverShown) {
+TEST_F(ContainerTest, InitialisedBeforeItIsSitedOrNeverShown) {
   {
     const ComPtr<IOutlookPropertiesPage> page = CreatePage();
     ASSERT_EQ(Initialize(*page.Get()), S_OK);
+    ASSERT_EQ(page->SetDirty(), S_OK);
+    Container container;
+    container.Embed(page);
+    EXPECT_NE(IsWindowEnabled(container.Control("cmdChange")), FALSE);
+    ASSERT_EQ(page->SetDirty(), S_OK);
+    EXPECT_TRUE(Contains(container.calls, "OnStatusChange"));
   }
-  EXPECT_EQ(TimesClosed(), 1) << "release hides";
+  EXPECT_EQ(TimesClosed(), 1);
+  ASSERT_EQ(Initialize(*CreatePage().Get()), S_OK);
+  EXPECT_EQ(TimesClosed(), 2) << "release hides";
   Container container;
   container.Site(CreatePage());
   ASSERT_EQ(Initialize(container.Page()), S_OK);
   container.LetGo();
-  EXPECT_EQ(TimesClosed(), 2);
+  EXPECT_EQ(TimesClosed(), 3);
 }
 
 TEST_F(ContainerTest, HiddenAndShownAgain) {
@@ -81,16 +75,8 @@ TEST_F(ContainerTest, HiddenAndShownAgain) {
   EXPECT_EQ(IsWindowVisible(container.PageWindow()), FALSE);
   EXPECT_EQ(TimesClosed(), 1);
   EXPECT_EQ(WorkingCopy(), nullptr) << "hiding drops the working copy";
-  EXPECT_EQ(LastError(container.Page().FillTrackedContacts()), std::string("91 ") + NoObject);
-  VARIANT_BOOL again = VARIANT_TRUE;
-  EXPECT_EQ(LastError(container.Page().Initialize(nullptr, &again)), std::string("91 ") + NoObject);
-  EXPECT_EQ(container.Page().PropertyPage_Apply(), S_OK);
-
   EXPECT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
   EXPECT_NE(IsWindowVisible(container.PageWindow()), FALSE);
-  Modals modals;
-  modals.Answer(NoObject, IDOK);
-  container.Click("cmdAbout");
   ASSERT_EQ(Initialize(container.Page()), S_OK);
   EXPECT_NE(WorkingCopy(), nullptr);
 }
@@ -298,31 +284,24 @@ TEST_F(ContainerTest, ActsWhileItIsCalled) {
   }
 }
 
-/// What the container does while something modal that a button opens stands before it.
-void ActBehind(const char* button, bool isBox, const std::function<void(Container&)>& open) {
-  for (const auto& [name, deed] : Deeds()) {
-    SCOPED_TRACE(name);
-    Container container;
-    open(container);
-    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
-    Modals modals;
-    modals.Then([&, act = deed](HWND front) {
-      EXPECT_EQ(IsMessageBox(front), isBox);
-      EXPECT_EQ(IsWindowEnabled(container.Top()), FALSE) << "it is modal";
-      act(container);
-      if (IsWindow(front) != FALSE) PostMessageW(front, WM_CLOSE, 0, 0);
-    });
-    container.Click(button);
-    EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
+TEST_F(ContainerTest, ActsWhileADialogOrAMessageBoxIsOpen) {
+  for (const std::string button : {"cmdChange", "cmdRestoreDialogs"}) {
+    for (const auto& [name, deed] : Deeds()) {
+      SCOPED_TRACE(button + ": " + name);
+      Container container;
+      Open(container);
+      ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+      Modals modals;
+      modals.Then([&, act = deed](HWND front) {
+        EXPECT_EQ(IsMessageBox(front), button == "cmdRestoreDialogs");
+        EXPECT_EQ(IsWindowEnabled(container.Top()), FALSE) << "it is modal";
+        act(container);
+        if (IsWindow(front) != FALSE) PostMessageW(front, WM_CLOSE, 0, 0);
+      });
+      container.Click(button);
+      EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
+    }
   }
-}
-
-TEST_F(ContainerTest, ActsWhileADialogIsOpen) {
-  ActBehind("cmdChange", false, [this](Container& container) { Open(container); });
-}
-
-TEST_F(ContainerTest, ActsWhileAMessageBoxIsOpen) {
-  ActBehind("cmdRestoreDialogs", true, [this](Container& container) { Open(container); });
 }
 
 // --- looks
@@ -338,29 +317,20 @@ TEST_F(ContainerTest, IsMadeOfTheThemedControls) {
       << "a question that only buttons of version 6 answer";
 }
 
-TEST_F(ContainerTest, MnemonicsReachThePage) {
+TEST_F(ContainerTest, TellsTheContainerWhichLettersItTakes) {
   Container container;
   Open(container);
-  const auto press = [&](wchar_t letter) {
-    MSG message{};
-    message.hwnd = container.Top();
-    message.message = WM_SYSCHAR;
-    message.wParam = letter;
-    message.lParam = 1 << 29;
-    const HRESULT outcome = container.PageAs<IOleControl>()->OnMnemonic(&message);
-    // While the focus is elsewhere the container looks whether a letter is one that the page has named.
-    const CONTROLINFO& named = container.accessKeys;
-    EXPECT_EQ(IsAccelerator(named.hAccel, named.cAccel, &message, nullptr) != FALSE, outcome == S_OK);
-    return outcome;
-  };
   const std::wstring caption = TextOfWindow(container.Control("cmdAbout"));
   const wchar_t letter = caption[caption.find(L'&') + 1];
-  Modals modals;
-  modals.Press(VK_ESCAPE);
-  EXPECT_EQ(press(letter), S_OK);
-  modals.Press(VK_ESCAPE);
-  EXPECT_EQ(press(static_cast<wchar_t>(std::towlower(letter))), S_OK);
-  EXPECT_EQ(press(L'#'), S_FALSE);
+  for (const wchar_t pressed : {letter, static_cast<wchar_t>(std::towlower(letter)), L'#'}) {
+    Modals modals;
+    if (pressed != L'#') modals.Press(VK_ESCAPE);
+    MSG message{container.Top(), WM_SYSCHAR, pressed, 1 << 29, 0, {}};
+    EXPECT_EQ(container.PageAs<IOleControl>()->OnMnemonic(&message), pressed == L'#' ? S_FALSE : S_OK);
+    // While the focus is elsewhere the container looks whether a letter is one that the page has named.
+    const CONTROLINFO& named = container.accessKeys;
+    EXPECT_EQ(IsAccelerator(named.hAccel, named.cAccel, &message, nullptr) != FALSE, pressed != L'#');
+  }
 }
 
 // --- whole lives
@@ -395,9 +365,7 @@ TEST_F(Lives, TheCountsSeeEveryKindOfHandle) {
   DestroyIcon(icon);
   DeleteDC(dc);
   DeleteObject(font);
-  const HandleCounts after = CountHandles();
-  EXPECT_EQ(after.user, before.user);
-  EXPECT_EQ(after.gdi, before.gdi);
+  EXPECT_EQ(CountHandles(), before);
 }
 
 /// VEXA_LIVES is another number of them.
@@ -406,8 +374,6 @@ TEST_F(Lives, AThousandLeaveEverythingAsItWas) {
   const int lives = wanted == nullptr ? 1000 : std::atoi(wanted);
   for (int i = 0; i < 10; ++i) Live();  // what is kept for the whole process is there now
   const HandleCounts before = CountHandles();
-  EXPECT_GT(before.user, 0);
-  EXPECT_GT(before.gdi, 0);
   const LONG objects = LivingObjects::Count();
   bench_->calls.SetRecording(false);
   for (int i = 0; i < lives; ++i) {
@@ -415,9 +381,7 @@ TEST_F(Lives, AThousandLeaveEverythingAsItWas) {
     ASSERT_TRUE(module_.CanUnload()) << "after " << i + 1;
     ASSERT_EQ(LivingObjects::Count(), objects) << "after " << i + 1;
   }
-  const HandleCounts after = CountHandles();
-  EXPECT_EQ(after.user, before.user);
-  EXPECT_EQ(after.gdi, before.gdi);
+  EXPECT_EQ(CountHandles(), before);
 }
 
 }  // namespace

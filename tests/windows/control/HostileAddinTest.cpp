@@ -7,34 +7,16 @@
 #include "tests/windows/Modals.h"
 #include "tests/windows/control/Handles.h"
 #include "tests/windows/control/PageTest.h"
+#include "workbench/com/DualObject.h"
 
 namespace vexa::windows {
 namespace {
-
-/// A user who sends away whatever comes up.
-class Impatience {
- public:
-  Impatience() : timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Tick)) {}
-  Impatience(const Impatience&) = delete;
-  Impatience& operator=(const Impatience&) = delete;
-  ~Impatience() {
-    KillTimer(nullptr, timer_);
-    EXPECT_EQ(Modals::Front(), nullptr) << "a modal window was left open";
-  }
-
- private:
-  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    if (const HWND front = Modals::Front()) Modals::SendAway(front);
-  }
-
-  UINT_PTR timer_;
-};
 
 /// What a member of the add-in does instead of its duty.
 using Misdeed = std::function<HRESULT(IUnknown** answer)>;
 
 /// The true add-in, but for one member at a time.
-class FalseAddin final : public IVexaAddin {
+class FalseAddin final : public workbench::DualObject<IVexaAddin> {
  public:
   enum Member {
     Utilities_,
@@ -46,26 +28,11 @@ class FalseAddin final : public IVexaAddin {
     Members_
   };
 
-  FalseAddin(ComPtr<IVexaAddin> real, int member, Misdeed misdeed)
-      : real_(std::move(real)), member_(member), misdeed_(std::move(misdeed)) {}
-
-  STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-    const bool known = id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(IVexaAddin);
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override { return --references_; }
-  ULONG References() const { return references_; }
-
-  // The page calls no member by its name.
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return ADD_FAILURE(), E_NOTIMPL;
-  }
+  FalseAddin(workbench::Exports& exports, int member, Misdeed misdeed)
+      : DualObject(nullptr, exports.Library()),
+        real_(exports.Addin()),
+        member_(member),
+        misdeed_(std::move(misdeed)) {}
 
   STDMETHODIMP get_Utilities(IVexaUtilities** value) override {
     return Answer(Utilities_, value, [&] { return real_->get_Utilities(value); });
@@ -99,7 +66,6 @@ class FalseAddin final : public IVexaAddin {
   ComPtr<IVexaAddin> real_;
   int member_;
   Misdeed misdeed_;
-  ULONG references_ = 0;
 };
 
 class HostileAddin : public PageTest {
@@ -154,15 +120,15 @@ TEST_F(HostileAddin, NoAnswerOfItsHurtsThePage) {
       const bool takesAny = member == FalseAddin::Session_ || member == FalseAddin::FolderSetContext_;
       if (name == AnyObject && !takesAny) continue;
       SCOPED_TRACE("member " + std::to_string(member) + " " + name);
-      const Impatience user;
-      FalseAddin addin(bench_->exports->Addin().As<IVexaAddin>(), member, misdeed);
+      const Modals user(Modals::Unexpected::AreSentAway);
+      const auto addin = MakeObject<IVexaAddin, FalseAddin>(*bench_->exports, member, misdeed);
       {
         Container container;
         container_ = &container;
         container.Embed(CreatePage());
         const ComPtr<IOutlookPropertiesPage> page = container.PageAs<IOutlookPropertiesPage>();
         VARIANT_BOOL again = VARIANT_FALSE;
-        page->Initialize(&addin, &again);
+        page->Initialize(addin.Get(), &again);
         container.Pump();
         PressEverything();
         page->SetDirty();
@@ -170,14 +136,14 @@ TEST_F(HostileAddin, NoAnswerOfItsHurtsThePage) {
         container.Pump();
         EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
       }
-      EXPECT_EQ(addin.References(), 0U) << "the add-in is still held";
+      EXPECT_EQ((addin->AddRef(), addin->Release()), 1U) << "the add-in is still held";
     }
   }
 }
 
 TEST_F(HostileAddin, SixteenPagesAtOnceKeepOutOfEachOthersWay) {
   const auto liveTogether = [&] {
-    const Impatience user;
+    const Modals user(Modals::Unexpected::AreSentAway);
     std::vector<std::unique_ptr<Container>> containers;
     for (int i = 0; i < 16; ++i) {
       containers.push_back(std::make_unique<Container>());
