@@ -25,6 +25,8 @@ inline Profile SmallProfile() {
   profile.addin.path = "C:\\Program Files\\Vexa";
   profile.addin.aboutInfo = "about";
   profile.addin.delayAvailable = true;
+  profile.settings.EnterpriseSettingsPath = "HKEY_LOCAL_MACHINE\\Software";
+  profile.settings.EnterpriseSettingsPresent = true;
   return profile;
 }
 
