@@ -8,56 +8,28 @@
 // windows.h first
 #include <gtest/gtest.h>
 
-#include <array>
 #include <deque>
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "windows/com/Text.h"
+#include "workbench/host/ControlWindow.h"
+#include "workbench/host/MessageBox.h"
 
 namespace vexa::windows {
 
-inline std::wstring ClassOf(HWND window) {
-  std::array<wchar_t, 64> name{};
-  GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-  return name.data();
-}
+using workbench::ClassOfWindow;
+using workbench::ControlNameOf;
+using workbench::ReadMessageBox;
+using workbench::TextOfWindow;
 
-inline std::wstring TextOfWindow(HWND window) {
-  std::wstring text(static_cast<size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-  text.resize(static_cast<size_t>(
-      SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
-
-inline bool IsMessageBox(HWND window) {
-  return ClassOf(window) == L"#32770" && GetDlgItem(window, 0xFFFF) != nullptr;
-}
-/// What a message box says.
-inline std::string MessageOf(HWND box) { return ToUtf8(TextOfWindow(GetDlgItem(box, 0xFFFF))); }
-
-/// The window of a control of this name, anywhere below `window`.
+/// The window of a control of this name, `window` or anywhere below it.
 inline HWND FindNamed(HWND window, const std::string& name) {
-  struct Search {
-    const std::string& name;
-    HWND found = nullptr;
-  } search{name};
-  EnumChildWindows(
-      window,
-      [](HWND child, LPARAM argument) -> BOOL {
-        auto& wanted = *reinterpret_cast<Search*>(argument);
-        const auto* const own = static_cast<const char*>(GetPropW(child, L"VexaControlName"));
-        if (own != nullptr && wanted.name == own) wanted.found = child;
-        return wanted.found == nullptr ? TRUE : FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-inline std::string NameOf(HWND control) {
-  const auto* const name = static_cast<const char*>(GetPropW(control, L"VexaControlName"));
-  return name == nullptr ? std::string() : name;
+  if (ControlNameOf(window) == name) return window;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (const HWND found = FindNamed(child, name)) return found;
+  }
+  return nullptr;
 }
 
 class Modals {
@@ -84,12 +56,12 @@ class Modals {
     steps_.push_back(std::move(step));
     return *this;
   }
-  /// Answers the next message box, which has to say this among others, with the button of this id.
-  Modals& Answer(const std::string& text, int button) {
+  /// Answers the next message box, which has to say this, with its OK.
+  Modals& Answer(const std::string& text) {
     return Then([=](HWND front) {
-      EXPECT_TRUE(IsMessageBox(front));
-      EXPECT_NE(MessageOf(front).find(text), std::string::npos) << MessageOf(front);
-      PostMessageW(GetDlgItem(front, button), BM_CLICK, 0, 0);
+      const auto message = ReadMessageBox(front);
+      EXPECT_EQ(message ? message->text : "no message", text);
+      SendAway(front);
     });
   }
   /// Clicks a control of the dialog in front.
@@ -106,9 +78,8 @@ class Modals {
     PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001));
   }
   static void PostClick(HWND control) {
-    RECT area{};
-    GetClientRect(control, &area);
-    const LPARAM middle = MAKELPARAM(area.right / 2, area.bottom / 2);
+    const POINT place = workbench::MiddleOf(control);
+    const LPARAM middle = MAKELPARAM(place.x, place.y);
     PostMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, middle);
     PostMessageW(control, WM_LBUTTONUP, 0, middle);
   }
@@ -116,28 +87,22 @@ class Modals {
   /// Closes a window by the button that changes least.
   static void SendAway(HWND front) {
     for (const int id : {IDCANCEL, IDNO, IDOK}) {
-      if (!IsMessageBox(front) || GetDlgItem(front, id) == nullptr) continue;
-      PostMessageW(GetDlgItem(front, id), BM_CLICK, 0, 0);
-      return;
+      if (const HWND button = GetDlgItem(front, id)) return void(PostMessageW(button, BM_CLICK, 0, 0));
     }
     PostMessageW(front, WM_CLOSE, 0, 0);
   }
 
   /// The modal window in front: a dialog of the system or of the module; null when there is none.
   static HWND Front() {
-    std::vector<HWND> windows;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM list) -> BOOL {
-          reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-          return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&windows));
-    for (const HWND window : windows) {
-      if (IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE) continue;
-      if (ClassOf(window) == L"#32770" || GetPropW(window, L"VexaFormName") != nullptr) return window;
-    }
-    return nullptr;
+    HWND front = nullptr;
+    const auto isFront = [](HWND window, LPARAM found) -> BOOL {
+      if (IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE) return TRUE;
+      if (ClassOfWindow(window) != L"#32770" && workbench::FormNameOf(window).empty()) return TRUE;
+      *reinterpret_cast<HWND*>(found) = window;
+      return FALSE;
+    };
+    EnumThreadWindows(GetCurrentThreadId(), isFront, reinterpret_cast<LPARAM>(&front));
+    return front;
   }
 
  private:
@@ -152,8 +117,9 @@ class Modals {
       return;
     }
     if (self.unexpected_ == Unexpected::Fail) {
-      ADD_FAILURE() << "nobody expects this window: " << ToUtf8(TextOfWindow(front)) << ": "
-                    << (IsMessageBox(front) ? MessageOf(front) : std::string());
+      const auto message = ReadMessageBox(front);
+      ADD_FAILURE() << "nobody expects this window: "
+                    << (message ? message->text : ToUtf8(TextOfWindow(front)));
     }
     SendAway(front);
   }

@@ -56,7 +56,7 @@ TEST(Atl, HostsTheInstalledControlByItsName) {
     std::vector<std::string> order;
     SetFocus(FindNamed(host, "gd"));
     while (GetFocus() != behind && order.size() < 30) {
-      order.push_back(NameOf(GetFocus()));
+      order.push_back(ControlNameOf(GetFocus()));
       Modals::PostKey(VK_TAB);
       Pump(top);
     }

@@ -36,7 +36,7 @@ TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   container.calls.clear();
   EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   EXPECT_EQ(container.calls, (std::vector<std::string>{"OnUIActivate", "SetActiveObject", "SetBorderSpace"}));
-  EXPECT_EQ(NameOf(GetFocus()), "gd") << "the first control has the keyboard";
+  EXPECT_EQ(ControlNameOf(GetFocus()), "gd") << "the first control has the keyboard";
 
   container.calls.clear();
   container.LetGo();
@@ -293,7 +293,7 @@ TEST_F(ContainerTest, ActsWhileADialogOrAMessageBoxIsOpen) {
       ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
       Modals modals;
       modals.Then([&, act = deed](HWND front) {
-        EXPECT_EQ(IsMessageBox(front), button == "cmdRestoreDialogs");
+        EXPECT_EQ(ReadMessageBox(front).has_value(), button == "cmdRestoreDialogs");
         EXPECT_EQ(IsWindowEnabled(container.Top()), FALSE) << "it is modal";
         act(container);
         if (IsWindow(front) != FALSE) PostMessageW(front, WM_CLOSE, 0, 0);
