@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <random>
 
 #include "core/Error.h"
 #include "resources/CompiledResources.h"
@@ -62,43 +61,6 @@ TEST(LoadString, ConvertsItsArguments) {
     ADD_FAILURE() << "every argument of a text with marks is converted";
   } catch (const Error& error) {
     EXPECT_EQ(error.Number, 13);
-  }
-  const CompiledResources compiled(1033);
-  for (const int32_t id : {4, 4003, 65536 + 2000}) EXPECT_THROW(Resources(compiled).LoadString(id), Error);
-}
-
-/// The rule itself, step by step.
-std::string SubstitutedStepByStep(std::string text, const std::vector<std::string>& arguments) {
-  const auto replaceAll = [&](const std::string& mark, const std::string& with) {
-    for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + with.size())) {
-      text.replace(at, mark.size(), with);
-    }
-  };
-  for (size_t k = 0; k < arguments.size(); ++k) replaceAll("|" + std::to_string(k + 1), arguments[k]);
-  replaceAll("|n", "\r\n");
-  replaceAll("|s", " ");
-  return text;
-}
-
-TEST(LoadString, IsTheSameAsStepByStepWhateverStandsInTextsAndArguments) {
-  const uint32_t seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
-  const auto any = [&](size_t longest) {
-    std::string text(random() % (longest + 1), ' ');
-    for (char& c : text) c = "||||1123nsa0"[random() % 12];
-    return text;
-  };
-  for (int i = 0; i < 20000; ++i) {
-    const std::string text = any(12);
-    std::vector<std::string> arguments(random() % 12);
-    for (std::string& argument : arguments) {
-      argument = any(3);
-      if (i % 2 == 0) std::erase(argument, '|');  // else hardly a list would be without
-    }
-    ASSERT_EQ(Filled(text, std::vector<Variant>(arguments.begin(), arguments.end())),
-              SubstitutedStepByStep(text, arguments))
-        << text << " with " << testing::PrintToString(arguments);
   }
 }
 

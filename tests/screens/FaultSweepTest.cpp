@@ -283,7 +283,11 @@ class Trial final : public Rehearsal {
     const std::string number = part("Error Number: ", "|n");
     const std::string description = part("|nDescription: ", "|n|nSource: ");
     const std::string trail = part("|nPropogation Trail (for tech support): ", "\" -> ");
+    // What goes on without an object, or statement by statement, may stumble later; an error of the action's
+    // own asks where the log is.
     const bool ours = number == std::to_string(way_.number);
+    const bool other = way_.fault.kind == Fault::Kind::Nothing || IsPiecemeal(deed_);
+    if (!ours && !other && !Called("RS.ErrorLogPath")) return "the error is another one: " + line;
     const bool named =
         description.starts_with(way_.description) || Called("Shell.BrowseForFolder");  // says it itself
     if (ours && !named) return "the description is another one: " + line;
