@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <deque>
 #include <functional>
 #include <string>
@@ -68,9 +67,6 @@ class Scene final : public ModalWindows, public UserAnswers {
     });
     return names;
   }
-  /// How many of the trace's lines are this one.
-  int64_t TimesCalled(const std::string& line) const { return std::ranges::count(stage.calls.Lines(), line); }
-
   // --- the human parts
 
   void ShowModal(Dialog& dialog, Form* /*owner*/) override {
@@ -108,20 +104,27 @@ class Scene final : public ModalWindows, public UserAnswers {
     world.AddFolder(store, root, "C3", "c3", ItemType::Contact);
     world.AddFolder(store, root, "J", "j", ItemType::Journal);
     world.AddFolder(store, root, "E", "e", ItemType::Post);
-    SettingsData& settings = profile.settings;
-    settings.FolderSetCount = 2;
-    settings.ContactEntryIDs = {"c1", "c2"};
-    settings.JournEntryIDs = {"j", "j"};
-    settings.EmailEntryIDs = {"", "e"};
-    settings.ContactStoreIDs = settings.JournStoreIDs = {"S", "S"};
-    settings.EmailStoreIDs = {"", "S"};
-    for (auto* routing :
+    AddFolderSet(profile.settings, "c1", "j", "", "r1");
+    AddFolderSet(profile.settings, "c2", "j", "e", "r2");
+    profile.settings.FolderSetFlags = {1, 3};
+    return profile;
+  }
+  /// A folder set of folders of the store "S"; "" for no separate folder for mail, and for no routing.
+  static void AddFolderSet(SettingsData& settings, const std::string& contacts, const std::string& journal,
+                           const std::string& mail, const std::string& routing) {
+    ++settings.FolderSetCount;
+    settings.ContactEntryIDs.push_back(contacts);
+    settings.JournEntryIDs.push_back(journal);
+    settings.EmailEntryIDs.push_back(mail);
+    settings.ContactStoreIDs.emplace_back("S");
+    settings.JournStoreIDs.emplace_back("S");
+    settings.EmailStoreIDs.emplace_back(mail.empty() ? "" : "S");
+    for (auto* list :
          {&settings.SharedCalEntryIDs, &settings.SharedCalStoreIDs, &settings.SharedJournEntryIDs,
           &settings.SharedJournStoreIDs, &settings.SharedTaskEntryIDs, &settings.SharedTaskStoreIDs}) {
-      *routing = {"r1", "r2"};
+      list->push_back(routing);
     }
-    settings.FolderSetFlags = {1, 3};
-    return profile;
+    settings.FolderSetFlags.push_back(2);
   }
 
   Stage stage;

@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "dialogs/frmFolders.h"
-#include "display/OptionButton.h"
 #include "workbench/FormState.h"
 
 namespace vexa::workbench {
@@ -58,30 +57,6 @@ std::string FlawOf(const Form& form) {
   const Button* const enter = form.EffectiveDefaultButton();
   if (enter != nullptr && std::ranges::find(form.Controls(), enter) == form.Controls().end())
     return form.Name() + ": Enter presses a button of another form";
-  for (const Control* const control : form.Controls()) {
-    if (control->Kind() == ControlKind::OptionButton) {
-      const auto& group = static_cast<const OptionButton&>(*control);
-      int selected = 0;
-      for (const Control* const other : form.Controls()) {
-        const auto* const option = dynamic_cast<const OptionButton*>(other);
-        selected += option != nullptr && &option->Group() == &group.Group() && option->Selected() ? 1 : 0;
-      }
-      if (selected > 1) return form.Name() + ": two options of one group are chosen";
-    }
-    if (control->Kind() != ControlKind::Tree) continue;
-    const auto& tree = static_cast<const Tree&>(*control);
-    size_t checked = 0;
-    size_t nodes = 0;
-    for (Tree::Node node = tree.FirstChild(Tree::NoNode); node != Tree::NoNode;
-         node = tree.NextBelow(Tree::NoNode, node)) {
-      ++nodes;
-      checked += tree.Checked(node) ? 1U : 0U;
-      if (!tree.Key(node).empty() && tree.Find(tree.Key(node)) != node)
-        return form.Name() + ": the tree does not find its node " + std::string(tree.Text(node));
-    }
-    if (nodes != tree.NodeCount() || checked != tree.CheckedCount())
-      return form.Name() + ": the tree has miscounted";
-  }
   return {};
 }
 

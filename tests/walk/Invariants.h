@@ -59,7 +59,7 @@ class Invariants {
   size_t surplus_ = 0;  // routing that removed folder sets have left
 };
 
-/// What does not hold of a form at rest: its focus, its pointer, its trees.
+/// What does not hold of a form at rest: its focus, its pointer.
 std::string FlawOf(const Form& form);
 
 /// The form as the console shows it.
