@@ -59,11 +59,10 @@ inline Profile ProfileWithFolderSet() {
   settings.ContactStoreIDs = {"AA01"};
   settings.JournEntryIDs = {"M2"};
   settings.JournStoreIDs = {"AA01"};
-  settings.EmailEntryIDs = {""};
-  settings.EmailStoreIDs = {""};
   for (auto* const list :
-       {&settings.SharedCalEntryIDs, &settings.SharedCalStoreIDs, &settings.SharedJournEntryIDs,
-        &settings.SharedJournStoreIDs, &settings.SharedTaskEntryIDs, &settings.SharedTaskStoreIDs}) {
+       {&settings.EmailEntryIDs, &settings.EmailStoreIDs, &settings.SharedCalEntryIDs,
+        &settings.SharedCalStoreIDs, &settings.SharedJournEntryIDs, &settings.SharedJournStoreIDs,
+        &settings.SharedTaskEntryIDs, &settings.SharedTaskStoreIDs}) {
     *list = {""};
   }
   settings.FolderSetFlags = {0};

@@ -15,45 +15,39 @@ namespace {
 /// What a member of the add-in does instead of its duty.
 using Misdeed = std::function<HRESULT(IUnknown** answer)>;
 
+enum class Member { Utilities, Scanner, Session, FolderSetContext, SetOptionsPageOpen, ApplySettings };
+
 /// The true add-in, but for one member at a time.
 class FalseAddin final : public workbench::DualObject<IVexaAddin> {
  public:
-  enum Member {
-    Utilities_,
-    Scanner_,
-    Session_,
-    FolderSetContext_,
-    SetOptionsPageOpen_,
-    ApplySettings_,
-    Members_
-  };
-
-  FalseAddin(workbench::Exports& exports, int member, Misdeed misdeed)
+  FalseAddin(workbench::Exports& exports, Member member, Misdeed misdeed)
       : DualObject(nullptr, exports.Library()),
         real_(exports.Addin()),
         member_(member),
         misdeed_(std::move(misdeed)) {}
 
   STDMETHODIMP get_Utilities(IVexaUtilities** value) override {
-    return Answer(Utilities_, value, [&] { return real_->get_Utilities(value); });
+    return Answer(Member::Utilities, value, [&] { return real_->get_Utilities(value); });
   }
   STDMETHODIMP get_Scanner(IVexaScanner** value) override {
-    return Answer(Scanner_, value, [&] { return real_->get_Scanner(value); });
+    return Answer(Member::Scanner, value, [&] { return real_->get_Scanner(value); });
   }
   STDMETHODIMP get_Session(IDispatch** value) override {
-    return Answer(Session_, value, [&] { return real_->get_Session(value); });
+    return Answer(Member::Session, value, [&] { return real_->get_Session(value); });
   }
   STDMETHODIMP get_FolderSetContext(IDispatch** value) override {
-    return Answer(FolderSetContext_, value, [&] { return real_->get_FolderSetContext(value); });
+    return Answer(Member::FolderSetContext, value, [&] { return real_->get_FolderSetContext(value); });
   }
   STDMETHODIMP SetOptionsPageOpen(VARIANT_BOOL* open) override {
     IUnknown* none = nullptr;
-    return Answer(SetOptionsPageOpen_, &none, [&] { return real_->SetOptionsPageOpen(open); });
+    return Answer(Member::SetOptionsPageOpen, &none, [&] { return real_->SetOptionsPageOpen(open); });
   }
   STDMETHODIMP ApplySettings(IRegSettings** settings) override {
     IRegSettings* const given = *settings;
-    const HRESULT result = Answer(ApplySettings_, settings, [&] { return real_->ApplySettings(settings); });
-    if (member_ == ApplySettings_ && *settings != given) given->Release();  // what is replaced is let go
+    const HRESULT result =
+        Answer(Member::ApplySettings, settings, [&] { return real_->ApplySettings(settings); });
+    if (member_ == Member::ApplySettings && *settings != given)
+      given->Release();  // what is replaced is let go
     return result;
   }
 
@@ -64,7 +58,7 @@ class FalseAddin final : public workbench::DualObject<IVexaAddin> {
   }
 
   ComPtr<IVexaAddin> real_;
-  int member_;
+  Member member_;
   Misdeed misdeed_;
 };
 
@@ -115,11 +109,12 @@ class HostileAddin : public PageTest {
 };
 
 TEST_F(HostileAddin, NoAnswerOfItsHurtsThePage) {
-  for (int member = 0; member < FalseAddin::Members_; ++member) {
+  for (int place = 0; place <= static_cast<int>(Member::ApplySettings); ++place) {
+    const auto member = static_cast<Member>(place);
     for (const auto& [name, misdeed] : Misdeeds()) {
-      const bool takesAny = member == FalseAddin::Session_ || member == FalseAddin::FolderSetContext_;
+      const bool takesAny = member == Member::Session || member == Member::FolderSetContext;
       if (name == AnyObject && !takesAny) continue;
-      SCOPED_TRACE("member " + std::to_string(member) + " " + name);
+      SCOPED_TRACE("member " + std::to_string(place) + " " + name);
       const Modals user(Modals::Unexpected::AreSentAway);
       const auto addin = MakeObject<IVexaAddin, FalseAddin>(*bench_->exports, member, misdeed);
       {

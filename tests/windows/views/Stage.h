@@ -8,6 +8,7 @@
 
 #include "tests/windows/Bench.h"
 #include "tests/windows/Modals.h"
+#include "tests/windows/control/Module.h"
 #include "windows/com/Com.h"
 #include "windows/desktop/WindowsDesktop.h"
 #include "windows/views/WindowsModals.h"
@@ -78,10 +79,7 @@ class WindowStage : public testing::Test {
   void Show(workbench::Gallery& gallery) { windows_.ShowModal(gallery, nullptr); }
   std::string Log(const workbench::Gallery& gallery) const { return gallery.lblEvents.Caption(); }
 
-  struct Com {
-    Com() { EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
-    ~Com() { CoUninitialize(); }
-  } com_;
+  Apartment apartment_;
   HWND owner_ = MakeOwner();
   WindowsDesktop desktop_;
   WindowsModals windows_{TestedModule(), LayoutOf};

@@ -319,21 +319,15 @@ TEST_F(Export, CallsByNameAreCheckedAndFindMembersInAnyCase) {
 
 // --- misuse of the interfaces
 
-TEST_F(Export, ObjectsOfOthersAndMissingPlacesAreErrors) {
+TEST_F(Export, ObjectsOfOthersAndMissingOnesAreErrors) {
   Bench bench;
   const ComPtr<IVexaAddin> addin = bench.exports->Addin();
   ComPtr<IVexaUtilities> utilities;
   ASSERT_EQ(addin->get_Utilities(utilities.Receive()), S_OK);
-  const HRESULT nothingThere = static_cast<HRESULT>(0x800A0005);
-  EXPECT_EQ(addin->get_Utilities(nullptr), nothingThere);
-  EXPECT_EQ(addin->ApplySettings(nullptr), nothingThere);
-  EXPECT_EQ(utilities->get_BypassBlocked(nullptr), nothingThere);
-
-  const HRESULT wrongType = static_cast<HRESULT>(0x800A000D);
   windows::Bstr path;
-  EXPECT_EQ(utilities->GetFolderPath(addin.As<IDispatch>().Get(), path.Receive()), wrongType);
+  EXPECT_EQ(utilities->GetFolderPath(addin.As<IDispatch>().Get(), path.Receive()),
+            static_cast<HRESULT>(0x800A000D));
   EXPECT_EQ(path.Get(), nullptr);
-
   const ComPtr<IRegSettings> settings = bench.exports->NewRegSettings();
   EXPECT_EQ(settings->put_ContactEntryIDs(nullptr), static_cast<HRESULT>(0x800A005B));
   EXPECT_EQ(settings->put_UsingEnterpriseSettings(VARIANT_TRUE), E_NOTIMPL);
