@@ -87,7 +87,8 @@ class Modals {
   /// Closes a window by the button that changes least.
   static void SendAway(HWND front) {
     for (const int id : {IDCANCEL, IDNO, IDOK}) {
-      if (const HWND button = GetDlgItem(front, id)) return void(PostMessageW(button, BM_CLICK, 0, 0));
+      const HWND button = ClassOfWindow(front) == L"#32770" ? GetDlgItem(front, id) : nullptr;
+      if (button != nullptr) return void(PostMessageW(button, BM_CLICK, 0, 0));
     }
     PostMessageW(front, WM_CLOSE, 0, 0);
   }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "tests/windows/Modals.h"
 #include "workbench/host/PageSite.h"
 
@@ -41,7 +39,7 @@ class Container::PoorSite final : public workbench::PageSite {
       : PageSite(ComPtr<workbench::PageFrame>(container.frame_.Get()), container.area_,
                  {[&container] { return container.offers_.pageSite; },
                   [&container] { container.Called("OnStatusChange"); },
-                  [&container](bool back) { SetFocus(back ? container.before_ : container.behind_); }}),
+                  [&container](bool) { SetFocus(container.behind_); }}),
         container_(container) {}
 
   STDMETHODIMP ShowObject() override { return container_.Called("ShowObject"); }
@@ -99,7 +97,6 @@ Container::Container(const Offers& offers) : offers_(offers) {
   }();
   top_ = MakeWindow(MAKEINTATOM(windowClass), L"Container", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
                     WS_EX_CONTROLPARENT, {0, 0, 540, 520}, nullptr);
-  before_ = MakeWindow(L"BUTTON", L"Before", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, {10, 10, 90, 34}, top_);
   area_ = MakeWindow(L"STATIC", nullptr, WS_CHILD | WS_VISIBLE, WS_EX_CONTROLPARENT, PageArea, top_);
   behind_ = MakeWindow(L"BUTTON", L"Behind", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, {10, 450, 90, 474}, top_);
   frame_ = MakeObject<PoorFrame, PoorFrame>(*this);
@@ -174,14 +171,9 @@ void Container::Pump() {
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) Handle(message);
 }
 
-void Container::Press(int key, bool shift) {
-  std::array<BYTE, 256> keys{};
-  keys[VK_SHIFT] = shift ? 0x80 : 0;
-  SetKeyboardState(keys.data());
+void Container::Press(int key) {
   Modals::PostKey(key);
   Pump();
-  keys[VK_SHIFT] = 0;
-  SetKeyboardState(keys.data());
 }
 
 void Container::Click(const std::string& control) {

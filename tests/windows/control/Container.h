@@ -39,7 +39,7 @@ class Container {
   Container& operator=(const Container&) = delete;
   ~Container();
 
-  /// The top-level window, with a button before and one behind the area that the page stands in.
+  /// The top-level window, with a button behind the area that the page stands in.
   HWND Top() const { return top_; }
   HWND Area() const { return area_; }
   HWND Behind() const { return behind_; }
@@ -66,7 +66,7 @@ class Container {
   /// Handles every message that waits, as the container's own loop would.
   void Pump();
   /// Presses a key in the focused window and pumps.
-  void Press(int key, bool shift = false);
+  void Press(int key);
   void Click(const std::string& control);
 
   /// What is to be done in the middle of the next call of this name.
@@ -85,7 +85,6 @@ class Container {
 
   Offers offers_;
   HWND top_ = nullptr;
-  HWND before_ = nullptr;
   HWND area_ = nullptr;
   HWND behind_ = nullptr;
   ComPtr<PoorFrame> frame_;

@@ -3,7 +3,6 @@
 // stays disabled.
 #include <windows.h>
 // windows.h first
-#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -134,7 +133,6 @@ TEST_F(ContainerTest, PoorContainers) {
     EXPECT_EQ(WorkingCopy()->FolderSetCount, 0);
     EXPECT_EQ(Contains(container.calls, "OnStatusChange"), offers.pageSite);
     for (int i = 0; i < 12; ++i) container.Press(VK_TAB);
-    container.Press(VK_TAB, true);
     EXPECT_EQ(container.DoVerb(OLEIVERB_HIDE), S_OK);
   }
 }
@@ -284,19 +282,6 @@ TEST_F(ContainerTest, ActsWhileADialogOrAMessageBoxIsOpen) {
       EXPECT_TRUE(container.Top() == nullptr || IsWindowEnabled(container.Top()) != FALSE);
     }
   }
-}
-
-// --- looks
-
-TEST_F(ContainerTest, IsMadeOfTheThemedControls) {
-  // This program has no manifest and does without the common controls: what is loaded is the module's doing.
-  Container container;
-  Open(container);
-  SIZE ideal{};
-  EXPECT_NE(
-      SendMessageW(container.Control("cmdAbout"), BCM_GETIDEALSIZE, 0, reinterpret_cast<LPARAM>(&ideal)),
-      FALSE)
-      << "a question that only buttons of version 6 answer";
 }
 
 TEST_F(ContainerTest, TellsTheContainerWhichLettersItTakes) {
