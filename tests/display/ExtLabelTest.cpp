@@ -119,21 +119,18 @@ TEST(ExtLabel, MayGetAnotherTextFromItsOwnClick) {
 TEST(ExtLabel, KeepsWhatDiffersFromItsDefaults) {
   Form form("f");
   ExtLabel label(form, "a");
-  ExtLabel::SavedProperties saved = label.WriteProperties();
+  ExtLabel copy(form, "b");
+  const ExtLabel::SavedProperties saved = label.WriteProperties();
   EXPECT_FALSE(saved.caption || saved.alignment || saved.verticalAlignment || saved.border ||
                saved.wordWrap || saved.picture);
-  label.SetCaption("[b] x [b]");
   label.SetPicture({Picture::Kind::Icon, 2302});
   label.SetAppearance(
       {ExtLabel::Alignment::Right, ExtLabel::VerticalAlignment::Middle, ExtLabel::Border::Single, false});
-  ExtLabel copy(form, "b");
   copy.ReadProperties(label.WriteProperties());
-  EXPECT_EQ(copy.Caption(), "[b] x [b]");
   EXPECT_EQ(copy.Look(), label.Look());
   EXPECT_EQ(copy.Picture(), label.Picture());
   copy.ReadProperties({});
   EXPECT_EQ(copy.Look(), ExtLabel::Appearance());
-  EXPECT_EQ(copy.Text().PlainText(), "");
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include "tests/screens/Scene.h"
 #include "tests/walk/Invariants.h"
 #include "workbench/FormState.h"
+#include "workbench/JsonOutput.h"
 
 namespace vexa::workbench {
 namespace {
@@ -84,15 +85,7 @@ class Rehearsal : public FedConsole {
     for (const auto& form : TheConsole().OpenForms()) Print(text, form->State());
     Stage& stage = TheConsole().Stage();
     if (const SettingsData* const working = stage.workbench.WorkingCopy()) {
-      VisitSettings(*working, [&](std::string_view name, const auto& value) {
-        text << name << "=";
-        if constexpr (requires { value.size() && value.begin() != value.end(); }) {
-          for (const auto& item : value) text << item << ",";
-        } else {
-          text << value;
-        }
-        text << "\n";
-      });
+      text << JsonLine(*working, "working", [](std::string_view /*name*/) { return true; });
     }
     if (const OutlookPropertiesPage* const page = stage.Page()) {
       text << page->PropertyPage_Dirty() << page->PageActive() << page->SearchNowPending;

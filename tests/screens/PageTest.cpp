@@ -37,12 +37,20 @@ TEST(Page, WithoutAPageSiteIsDirtyAllTheSameAndKeepsItsRequestWhenHidden) {
   EXPECT_EQ(scene.Page().ErrorLogPath(), "") << "it holds no settings";
 }
 
-TEST(Notice, HasOneToThreeButtons) {
-  for (const size_t count : {size_t{0}, size_t{4}}) {
+TEST(Notice, HasOneToThreeButtonsAndEscIsTheLast) {
+  for (size_t count = 0; count <= 4; ++count) {
     frmNotice notice;
-    EXPECT_THROW(notice.Initialize("t", "t", std::vector<std::string>(count, "b")), Error) << count;
+    const std::vector<std::string> buttons(count, "b");
+    if (count == 0 || count > 3) {
+      EXPECT_THROW(notice.Initialize("t", "t", buttons), Error) << count;
+      continue;
+    }
+    notice.Initialize("t", "t", buttons);
+    notice.Show();
+    UserActions(notice).Escape();
+    EXPECT_EQ(notice.Answer(), static_cast<int32_t>(count));
+    EXPECT_TRUE(notice.TopMost());
   }
-  EXPECT_TRUE(frmNotice().TopMost());
 }
 
 }  // namespace

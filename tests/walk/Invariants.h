@@ -20,15 +20,6 @@ class Invariants {
   static std::string AtTheEnd(FedConsole& console);
 
  private:
-  /// What is known of a dialog since it was opened.
-  struct Opened {
-    std::string name;
-    bool readOnly = false;
-    bool touched = false;
-    bool disturbed = false;  // the world has changed, or something has failed
-    bool orphaned = false;   // the page has let go of the settings that it works on, or something has failed
-  };
-
   std::string OfForms(FedConsole& console);
   std::string OfRefusal(FedConsole& console, const std::string& output) const;
   std::string OfWrites(FedConsole& console) const;
@@ -36,10 +27,10 @@ class Invariants {
   std::string OfFolderSets(FedConsole& console);
   std::string OfPicker(FedConsole& console) const;
 
-  std::map<const Form*, Opened> opened_;
+  // The page has let go of the settings that the open picker works on, or something has failed.
+  bool orphaned_ = false;
 
   // As it was before the step.
-  Step step_;
   std::vector<std::string> words_;
   std::string pressed_;
   const Form* top_ = nullptr;

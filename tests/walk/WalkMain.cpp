@@ -212,12 +212,9 @@ class Walker final : public FedConsole {
       static constexpr std::array folders{"D:\\logs", "C:\\", "cancel", "fail"};
       return OneOf(folders);
     }
-    std::vector<std::string> words;
-    for (size_t start = 0; start <= choices.size();) {
-      const size_t end = std::min(choices.find('|', start), choices.size());
-      words.push_back(choices.substr(start, end - start));
-      start = end + 1;
-    }
+    std::string spaced = choices;
+    std::ranges::replace(spaced, '|', ' ');
+    const std::vector<std::string> words = SplitWords(spaced);
     return OneOf(words);
   }
 

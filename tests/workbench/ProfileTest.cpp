@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "tests/ScratchFolder.h"
 #include "workbench/AtomicFile.h"
@@ -129,20 +131,21 @@ TEST(Profile, ComesBackAsItWasWritten) {
   EXPECT_EQ(read.world.Find("4", "AB"), NoFolder);
 }
 
-TEST(AtomicFile, FollowsLinksAndLeavesTheOldFileWholeWhenWritingFails) {
+TEST(AtomicFile, FollowsLinksAndLeavesTheOldFileWholeAndWhatOthersAreWriting) {
   const ScratchFolder scratch;
+  const std::string ofAnother = "f.saving-" + std::to_string(::getppid());
+  for (const std::string& name : {std::string("f"), ofAnother}) std::ofstream(scratch / name) << "old";
   fs::create_symlink("f", scratch / "link");
-  for (const char* name : {"f", "link"})
-    WriteFileAtomically(scratch / name, [&](const TextSink& put) { put(name); });
+  WriteFileAtomically(scratch / "link", [](const TextSink& put) { put("new"); });
   EXPECT_THROW(WriteFileAtomically(scratch / "f",
                                    [](const TextSink& put) {
                                      put("half");
                                      throw std::runtime_error("midway");
                                    }),
                std::runtime_error);
-  EXPECT_EQ(ReadWholeFile(scratch / "f"), "link");
+  EXPECT_EQ(ReadWholeFile(scratch / "f"), "new");
   EXPECT_TRUE(fs::is_symlink(scratch / "link"));
-  EXPECT_EQ(scratch.Files(), (std::vector<std::string>{"f", "link"}));
+  EXPECT_EQ(scratch.Files(), (std::vector<std::string>{"f", ofAnother, "link"}));
 }
 
 TEST(WindowsFiles, KeepDrivesBesideTheProfile) {
