@@ -39,11 +39,12 @@ TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   EXPECT_EQ(ControlNameOf(GetFocus()), "gd") << "the first control has the keyboard";
 
   container.calls.clear();
+  const ComPtr<IUnknown> kept = container.PageAs<IUnknown>();
   container.LetGo();
   EXPECT_EQ(container.calls,
             (std::vector<std::string>{"SetActiveObject null", "OnUIDeactivate", "OnInPlaceDeactivate"}));
   EXPECT_EQ(IsWindow(window), FALSE);
-  EXPECT_EQ(TimesClosed(), 1);
+  EXPECT_EQ(TimesClosed(), 1) << "whoever keeps it";
   EXPECT_EQ(WorkingCopy(), nullptr);
 }
 

@@ -202,6 +202,8 @@ TEST_F(ControlTest, ServesBothDualInterfacesByNumberAndName) {
   EXPECT_EQ(FromVariant(dirty.Get()).ToText(), "False");
   EXPECT_EQ(invoke(0x2102, DISPATCH_METHOD, nullptr), S_OK);
   EXPECT_EQ(invoke(4711, DISPATCH_METHOD, nullptr), DISP_E_MEMBERNOTFOUND);
+  ComPtr<IErrorInfo> why;
+  EXPECT_EQ(GetErrorInfo(0, why.Receive()), S_OK);
   for (std::wstring name : {L"propertypage_apply", L"apply"}) {
     LPOLESTR names = name.data();
     DISPID id = 0;

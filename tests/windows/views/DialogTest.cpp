@@ -167,20 +167,16 @@ TEST_F(DialogTest, TheEndOfTheProgramEndsEveryDialog) {
   EXPECT_EQ(message.wParam, 7U);
 }
 
+/// What comes while the dialog's loop waits for a message is none that it would see.
 TEST_F(DialogTest, AnotherThreadDestroysTheOwner) {
-  std::thread other;
-  Modals modals;
-  modals.Then([&](HWND) {
-    other = std::thread([owner = owner_] { SendMessageW(owner, WM_CLOSE, 0, 0); });
-    // Until it has come: before that, the user would find a dialog that nobody expects.
-    for (MSG message{}; IsWindow(owner_) != FALSE;) {
-      MsgWaitForMultipleObjects(0, nullptr, FALSE, INFINITE, QS_SENDMESSAGE);
-      PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
-    }
+  std::thread other([owner = owner_] {
+    while (IsWindowEnabled(owner) != FALSE) Sleep(1);  // until the dialog stands over it
+    SendMessageW(owner, WM_CLOSE, 0, 0);
   });
   Show(gallery_);
   other.join();
   EXPECT_FALSE(gallery_.IsShowing());
+  EXPECT_EQ(IsWindow(owner_), FALSE);
 }
 
 TEST_F(DialogTest, TheDialogsWindowIsDestroyed) {
