@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "dialogs/frmFolders.h"
+#include "display/OptionButton.h"
 #include "workbench/FormState.h"
 
 namespace vexa::workbench {
@@ -57,10 +58,35 @@ std::string FlawOf(const Form& form) {
   const Button* const enter = form.EffectiveDefaultButton();
   if (enter != nullptr && std::ranges::find(form.Controls(), enter) == form.Controls().end())
     return form.Name() + ": Enter presses a button of another form";
+  for (const Control* const control : form.Controls()) {
+    if (control->Kind() == ControlKind::OptionButton) {
+      const auto& group = static_cast<const OptionButton&>(*control);
+      int selected = 0;
+      for (const Control* const other : form.Controls()) {
+        const auto* const option = dynamic_cast<const OptionButton*>(other);
+        selected += option != nullptr && &option->Group() == &group.Group() && option->Selected() ? 1 : 0;
+      }
+      if (selected > 1) return form.Name() + ": two options of one group are chosen";
+    }
+    if (control->Kind() != ControlKind::Tree) continue;
+    const auto& tree = static_cast<const Tree&>(*control);
+    size_t checked = 0;
+    size_t nodes = 0;
+    for (Tree::Node node = tree.FirstChild(Tree::NoNode); node != Tree::NoNode;
+         node = tree.NextBelow(Tree::NoNode, node)) {
+      ++nodes;
+      checked += tree.Checked(node) ? 1U : 0U;
+      if (!tree.Key(node).empty() && tree.Find(tree.Key(node)) != node)
+        return form.Name() + ": the tree does not find its node " + std::string(tree.Text(node));
+    }
+    if (nodes != tree.NodeCount() || checked != tree.CheckedCount())
+      return form.Name() + ": the tree has miscounted";
+  }
   return {};
 }
 
 void Invariants::Before(FedConsole& console, const Step& step) {
+  step_ = step;
   words_ = WordsOf(step);
   top_ = console.Top();
   page_ = nullptr;
@@ -111,13 +137,38 @@ std::string Invariants::After(FedConsole& console, const std::string& output) {
 
 std::string Invariants::OfForms(FedConsole& console) {
   Stage& stage = console.TheConsole().Stage();
+  const std::vector<Dialog*>& dialogs = console.TheConsole().OpenDialogs();
   const bool failed = stage.calls.FaultsMet() != faults_;
-  const bool lets = failed || words_.front() == "apply" || words_.front() == "hide";
-  orphaned_ = dynamic_cast<const frmFolders*>(console.Top()) != nullptr && (orphaned_ || lets);
+  const bool disturbed =
+      failed || (step_.form.empty() && words_.front() != "ask" && words_.front() != "answer");
+  const bool refused = !unusable_.empty();
+  if (const auto top = opened_.find(top_); top != opened_.end()) {
+    const bool moves = words_.front() == "focus" || words_.front() == "leave" ||
+                       (words_.front() == "key" && words_[1] == "9");
+    if (!step_.form.empty() && !refused && !moves) top->second.touched = true;
+  }
+  std::map<const Form*, Opened> now;
+  for (const Dialog* const dialog : dialogs) {
+    const auto known = opened_.find(dialog);
+    const bool isNew = known == opened_.end() || known->second.name != dialog->Name();
+    Opened& entry = now[dialog] =
+        isNew ? Opened{dialog->Name(), !stage.workbench.profile.addin.canWrite} : known->second;
+    entry.disturbed |= disturbed;
+    entry.orphaned |= failed || words_.front() == "apply" || words_.front() == "hide";
+    const Control* const ok = dialog->FindControl("cmdOk");
+    if (ok == nullptr || entry.disturbed || dialog->Name() == "Gallery" || dialog->Name() == "frmNotice")
+      continue;
+    const bool changes = dialog->Name() != "frmFolders" && dialog->Name() != "frmAbout";
+    if (ok->Enabled() && changes && !entry.touched)
+      return dialog->Name() + ": OK can be pressed though nothing was changed";
+    if (ok->Enabled() && changes && entry.readOnly && dialog->Name() != "frmTrackingOptions")
+      return dialog->Name() + ": OK can be pressed though the settings are read-only";
+  }
+  opened_ = std::move(now);
   if (const Form* const page = stage.Page()) {
     if (std::string flaw = FlawOf(*page); !flaw.empty()) return flaw;
   }
-  for (const Dialog* const dialog : console.TheConsole().OpenDialogs()) {
+  for (const Dialog* const dialog : dialogs) {
     if (std::string flaw = FlawOf(*dialog); !flaw.empty()) return flaw;
     if (!dialog->IsShowing()) return dialog->Name() + " was closed and is still open";
   }
@@ -211,11 +262,12 @@ std::string Invariants::OfFolderSets(FedConsole& console) {
 }
 
 std::string Invariants::OfPicker(FedConsole& console) const {
+  const auto entry = opened_.find(top_);
   Stage& stage = console.TheConsole().Stage();
   const SettingsData* const copy = stage.workbench.WorkingCopy();
   const bool closed = console.Top() != top_;
-  if (picked_.empty() || pressed_ != "cmdOk" || !closed || copy == nullptr || orphaned_ ||
-      stage.calls.FaultsMet() != faults_)
+  if (picked_.empty() || pressed_ != "cmdOk" || !closed || copy == nullptr || entry == opened_.end() ||
+      entry->second.orphaned || stage.calls.FaultsMet() != faults_)
     return {};
   std::set<std::string> stored;
   for (size_t i = 0; i < copy->MonitoredFolderItemTypes.size(); ++i) {

@@ -20,6 +20,15 @@ class Invariants {
   static std::string AtTheEnd(FedConsole& console);
 
  private:
+  /// What is known of a dialog since it was opened.
+  struct Opened {
+    std::string name;
+    bool readOnly = false;
+    bool touched = false;
+    bool disturbed = false;  // the world has changed, or something has failed
+    bool orphaned = false;   // the page has let go of the settings that it works on, or something has failed
+  };
+
   std::string OfForms(FedConsole& console);
   std::string OfRefusal(FedConsole& console, const std::string& output) const;
   std::string OfWrites(FedConsole& console) const;
@@ -27,10 +36,10 @@ class Invariants {
   std::string OfFolderSets(FedConsole& console);
   std::string OfPicker(FedConsole& console) const;
 
-  // The page has let go of the settings that the open picker works on, or something has failed.
-  bool orphaned_ = false;
+  std::map<const Form*, Opened> opened_;
 
   // As it was before the step.
+  Step step_;
   std::vector<std::string> words_;
   std::string pressed_;
   const Form* top_ = nullptr;
@@ -50,7 +59,7 @@ class Invariants {
   size_t surplus_ = 0;  // routing that removed folder sets have left
 };
 
-/// What does not hold of a form at rest: its focus, its pointer.
+/// What does not hold of a form at rest: its focus, its pointer, its trees.
 std::string FlawOf(const Form& form);
 
 /// The form as the console shows it.
