@@ -111,6 +111,12 @@ TEST(ImportRealFile, PersonalFoldersFileHasItsDisplayName) {
   EXPECT_EQ(world.At(world.Stores()[0].root).entryID, "00000000B688AEC0B1E86043A526ADD35FD0674622800000");
 }
 
+TEST(ImportRealFile, SearchFoldersAreNoFolders) {
+  REQUIRE_SAMPLE(MailboxSample);
+  for (const DataFileFolder& folder : ReadDataFile(MailboxSample.string()).folders)
+    EXPECT_NE(folder.name, "To-Do Search") << "lies in Finder, above all that is shown";
+}
+
 TEST(ImportRealFile, SaysWhyItCannotBeRead) {
   REQUIRE_SAMPLE(PersonalSample);
   const ScratchFolder directory;
