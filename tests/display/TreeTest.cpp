@@ -273,5 +273,16 @@ TEST(TreeModel, KeepsOnceWhatKeysHaveInCommonAndGivesTheRoomOfWhatIsGoneToWhatCo
   EXPECT_EQ(tree.NodeCount(), count + 1);
 }
 
+TEST(TreeByKeyboard, ABranchThatIsOpenIsNotOpenedAgain) {
+  Dialog form("f");
+  Tree tree(form, "t");
+  tree.Add(tree.Add(Tree::NoNode, "top", "top"), "child", "child");
+  int opened = 0;
+  tree.OnExpand = [&](Tree::Node) { ++opened; };
+  form.Show();
+  for (const int key : {KeyAdd, KeyAdd, KeyMultiply}) UserActions(form).Press(key);
+  EXPECT_EQ(opened, 1);
+}
+
 }  // namespace
 }  // namespace vexa
