@@ -3,7 +3,7 @@
 #include <ole2.h>
 
 #include <algorithm>
-#include <fstream>
+#include <filesystem>
 #include <functional>
 
 #include "tests/ScratchFolder.h"
@@ -35,12 +35,7 @@ TEST_F(Machine, FilesExistUnderTheirNamesInAnyCaseAndNothingElseDoes) {
   EXPECT_FALSE(desktop_.FileExists(log));
   files_.Append(log, "half a rec");  // and the writer dies
   files_.Append(log, "one record\n");
-  std::ifstream lines(ToUtf16(log).c_str());
-  std::string first;
-  std::string second;
-  std::getline(lines, first);
-  std::getline(lines, second);
-  EXPECT_EQ(first + "|" + second, "half a rec|one record");
+  EXPECT_EQ(SizeOf(log), std::string("half a rec\none record\n").size());
   for (const char* same : {"VexaErrors.mdb", "VEXAERRORS.MDB", "vexaerrors.mdb"}) {
     EXPECT_TRUE(desktop_.FileExists(In(same))) << same;
   }

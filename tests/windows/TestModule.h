@@ -5,16 +5,15 @@
 #include <windows.h>
 
 #include <array>
+#include <cstdlib>
 #include <string>
 
 namespace vexa::windows {
 
 /// Empty when none is installed.
 inline std::wstring InstalledModulePath() {
-  std::array<wchar_t, 32768> path{};
-  const DWORD length =
-      GetEnvironmentVariableW(L"VEXA_INSTALLED_MODULE", path.data(), static_cast<DWORD>(path.size()));
-  return {path.data(), length};
+  const wchar_t* const path = _wgetenv(L"VEXA_INSTALLED_MODULE");
+  return path == nullptr ? L"" : path;
 }
 
 inline std::wstring TestedModulePath() {

@@ -171,11 +171,6 @@ void Container::Pump() {
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) Handle(message);
 }
 
-void Container::Press(int key) {
-  Modals::PostKey(key);
-  Pump();
-}
-
 void Container::Click(const std::string& control) {
   Modals::PostClick(Control(control));
   Pump();

@@ -65,8 +65,6 @@ class Container {
 
   /// Handles every message that waits, as the container's own loop would.
   void Pump();
-  /// Presses a key in the focused window and pumps.
-  void Press(int key);
   void Click(const std::string& control);
 
   /// What is to be done in the middle of the next call of this name.

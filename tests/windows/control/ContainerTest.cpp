@@ -133,7 +133,10 @@ TEST_F(ContainerTest, PoorContainers) {
     container.Click("cmdRemove");
     EXPECT_EQ(WorkingCopy()->FolderSetCount, 0);
     EXPECT_EQ(Contains(container.calls, "OnStatusChange"), offers.pageSite);
-    for (int i = 0; i < 12; ++i) container.Press(VK_TAB);
+    for (int i = 0; i < 12; ++i) {
+      Modals::PostKey(VK_TAB);
+      container.Pump();
+    }
     EXPECT_EQ(container.DoVerb(OLEIVERB_HIDE), S_OK);
   }
 }
@@ -154,9 +157,8 @@ TEST_F(ContainerTest, ContainersThatRefuse) {
     EXPECT_TRUE(FAILED(container.DoVerb(OLEIVERB_INPLACEACTIVATE)));
     EXPECT_TRUE(FAILED(container.DoVerb(OLEIVERB_UIACTIVATE)));
     EXPECT_EQ(container.PageWindow(), nullptr);
-    EXPECT_EQ(std::count(container.calls.begin(), container.calls.end(), "OnInPlaceActivate") -
-                  (offers.activate == S_OK ? 0 : 2),
-              std::count(container.calls.begin(), container.calls.end(), "OnInPlaceDeactivate"))
+    EXPECT_EQ(std::ranges::count(container.calls, "OnInPlaceActivate") - (offers.activate == S_OK ? 0 : 2),
+              std::ranges::count(container.calls, "OnInPlaceDeactivate"))
         << "every activation that began was taken back";
     EXPECT_EQ(Initialize(container.Page()), S_OK) << "the page works all the same";
     EXPECT_EQ(container.Page().SetDirty(), S_OK);

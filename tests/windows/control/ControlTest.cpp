@@ -90,7 +90,6 @@ TEST_F(ControlTest, RefusesWhatMakesNoSenseWithADescription) {
 
 TEST_F(ControlTest, BelongsToItsThread) {
   const ComPtr<IOutlookPropertiesPage> page = module_.CreatePage();
-  const ComPtr<PropertyPage> outlooks = page.As<PropertyPage>();
   const ComPtr<IOleObject> object = page.As<IOleObject>();
   const ComPtr<IOleInPlaceObject> inPlace = page.As<IOleInPlaceObject>();
   VARIANT_BOOL flag = VARIANT_FALSE;
@@ -110,9 +109,6 @@ TEST_F(ControlTest, BelongsToItsThread) {
       [&] { return page->put_SearchStopAtScanned(flag); },
       [&] { return page->Refresh(); },
       [&] { return page->FillTrackedContacts(); },
-      [&] { return outlooks->Apply(); },
-      [&] { return outlooks->get_Dirty(&flag); },
-      [&] { return outlooks->GetPageInfo(&text, &number); },
       [&] { return object->SetClientSite(nullptr); },
       [&] { return object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, &area); },
       [&] { return object->Close(OLECLOSE_NOSAVE); },

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,19 +38,17 @@ class PageTest : public testing::Test {
   workbench::SettingsData* WorkingCopy() const { return bench_->workbench.WorkingCopy(); }
   workbench::SettingsData& Stored() { return bench_->workbench.profile.settings; }
   static bool Contains(const std::vector<std::string>& calls, const std::string& call) {
-    return std::find(calls.begin(), calls.end(), call) != calls.end();
+    return std::ranges::find(calls, call) != calls.end();
   }
   /// How often the add-in was told that the page is closed.
   int TimesClosed() const {
-    const auto& lines = bench_->calls.Lines();
-    return static_cast<int>(std::count(lines.begin(), lines.end(), "App.SetOptionsPageOpen(False)"));
+    return static_cast<int>(std::ranges::count(bench_->calls.Lines(), "App.SetOptionsPageOpen(False)"));
   }
 
   Apartment apartment_;
   Module module_;
   std::optional<workbench::Bench> bench_{std::in_place, workbench::ProfileWithFolderSet()};
-  std::unique_ptr<workbench::ClassRegistration> classes_ =
-      std::make_unique<workbench::ClassRegistration>(bench_->exports);
+  std::optional<workbench::ClassRegistration> classes_{std::in_place, bench_->exports};
 };
 
 }  // namespace vexa::windows

@@ -14,6 +14,10 @@
 #include "windows/views/Handles.h"
 #include "workbench/EveryScreen.h"
 
+namespace vexa {
+static void PrintTo(const LanguageTable& table, std::ostream* out) { *out << table.language; }
+}  // namespace vexa
+
 namespace vexa::windows {
 namespace {
 
@@ -55,7 +59,7 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
   void Measure(Form& form, const Layout& layout, Dialog* dialog) {
     const auto window = FormWindow::Make(form, {TestedModule(), layout, owner_, dialog});
     for (const int dpi : {96, 144, 192}) {
-      SCOPED_TRACE(std::to_string(language_) + " at " + std::to_string(dpi));
+      SCOPED_TRACE(dpi);
       RECT area{};
       GetWindowRect(window->Handle(), &area);
       if (dpi != 96) Send(window->Handle(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), &area);
@@ -178,16 +182,13 @@ class LayoutTest : public WindowStage, public workbench::EveryScreen {
       EXPECT_EQ(read, ToUtf8(PlainText(TextOfWindow(window)))) << name;
     }
   }
-
-  int32_t language_ = 0;
 };
 
 class LayoutInLanguage : public LayoutTest, public testing::WithParamInterface<LanguageTable> {};
 INSTANTIATE_TEST_SUITE_P(Every, LayoutInLanguage, testing::ValuesIn(LanguageTables()));
 
 TEST_P(LayoutInLanguage, EveryScreenFitsItsTextsInEverySize) {
-  language_ = GetParam().language;
-  workbench::Stage stage(workbench::ProfileWithFolderSet(), "", language_, *this, answers_);
+  workbench::Stage stage(workbench::ProfileWithFolderSet(), "", GetParam().language, *this, answers_);
   OutlookPropertiesPage& page = stage.CreatePage();
   page.Initialize(stage.workbench.Addin());
   page.FocusFirst();
@@ -199,7 +200,6 @@ TEST_P(LayoutInLanguage, EveryScreenFitsItsTextsInEverySize) {
 }
 
 TEST_F(LayoutTest, TheGalleryFitsAndFollowsItsTexts) {
-  language_ = 1033;
   workbench::Gallery gallery(services_);
   Measure(gallery, workbench::LayoutOfGallery(), &gallery);
   const auto window =

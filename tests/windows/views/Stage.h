@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <oleacc.h>
 
-#include <memory>
-
 #include "tests/windows/Bench.h"
 #include "tests/windows/Modals.h"
 #include "tests/windows/control/Module.h"
@@ -71,16 +69,12 @@ class WindowStage : public testing::Test {
   static const Layout& LayoutOf(std::string_view form) {
     return form == "Gallery" ? workbench::LayoutOfGallery() : FindLayout(form);
   }
-  static HWND MakeOwner() {
-    return CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
-                           nullptr, nullptr, nullptr, nullptr);
-  }
 
   void Show(workbench::Gallery& gallery) { windows_.ShowModal(gallery, nullptr); }
-  std::string Log(const workbench::Gallery& gallery) const { return gallery.lblEvents.Caption(); }
 
   Apartment apartment_;
-  HWND owner_ = MakeOwner();
+  HWND owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
+                                nullptr, nullptr, nullptr, nullptr);
   WindowsDesktop desktop_;
   WindowsModals windows_{TestedModule(), LayoutOf};
   workbench::FixedAnswers answers_;
