@@ -73,6 +73,7 @@ class OutsideCalls {
     add("free", ItemType::Contact);
     add("journal", ItemType::Journal);
     profile.settings.LoggingMethod = 3;
+    profile.settings.QuickscanHours = 1;  // ticks a box whose rule asks for the access when the user ticks it
     for (int32_t i = 1; i <= size_.folderSets; ++i) {
       const std::string number = std::to_string(i);
       Scene::AddFolderSet(profile.settings, add("c" + number, ItemType::Contact),
