@@ -21,16 +21,15 @@ bool IsLeftOut(std::string line) {
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const vexa::workbench::Profile profile = vexa::workbench::ReadProfile("small.json");
-  const std::string input(reinterpret_cast<const char*>(data), size);
-  std::istringstream lines(input);
-  const bool played = input.starts_with("> ") || input.find("\n> ") != std::string::npos;
-  std::string text = played ? "> open\n" : "open\n";
+  std::istringstream lines(std::string(reinterpret_cast<const char*>(data), size));
+  const bool transcript = vexa::workbench::IsTranscript(lines);
+  std::string text = transcript ? "> open\n" : "open\n";
   for (std::string line; std::getline(lines, line);) {
     if (!IsLeftOut(line)) text += line + '\n';
   }
   std::istringstream script(text);
-  std::ostringstream transcript;
-  vexa::workbench::Console console({script, "script"}, transcript);
+  std::ostringstream printed;
+  vexa::workbench::Console console({script, "script", false, false, transcript}, printed);
   // Nothing can be stored beside it: the same script finds the same files each time.
   console.Load(profile, "/dev/null/small.json");
   const int status = console.Run();

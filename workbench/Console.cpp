@@ -39,6 +39,15 @@ std::string ErrorLine(const Error& error) {
 
 }  // namespace
 
+bool IsTranscript(std::istream& script) {
+  if (script.tellg() == std::istream::pos_type(-1)) return false;
+  bool found = false;
+  for (std::string line; !found && std::getline(script, line);) found = line.starts_with(CommandMark);
+  script.clear();
+  script.seekg(0);
+  return found;
+}
+
 Console::Console(CommandSource source, std::ostream& out, HostDriverMaker makeDriver)
     : source_(std::move(source)), out_(out), makeDriver_(std::move(makeDriver)) {}
 
@@ -85,12 +94,8 @@ std::optional<std::string> Console::NextLine() {
   for (std::string line; std::getline(source_.in, line);) {
     ++line_;
     if (line.ends_with('\r')) line.pop_back();
-    if (source_.interactive) return line;
-    const bool played = line.starts_with(CommandMark);
-    const size_t word = line.find_first_not_of(" \t");
-    if (!isTranscript_ && word != std::string::npos && line[word] != '#') isTranscript_ = played;
-    if (played && isTranscript_ == true) return line.substr(CommandMark.size());
-    if (isTranscript_ != true) return line;
+    if (!source_.transcript) return line;
+    if (line.starts_with(CommandMark)) return line.substr(CommandMark.size());
   }
   return std::nullopt;
 }
@@ -102,7 +107,7 @@ void Console::Execute(const std::string& line) {
     if (words.empty()) return;
     if (consoleOnly_ && source_.realWindows && !SameName(words.front(), "hosts")) return;
     // What "say" prints stands for itself; without the command a transcript could not say it again.
-    const bool speaks = SameName(words.front(), "say") && isTranscript_ != true;
+    const bool speaks = SameName(words.front(), "say") && !source_.transcript;
     if (!source_.interactive && !speaks) Out() << CommandMark << line << "\n";
     const Command* const command = FindCommand(words.front());
     if (command == nullptr) {

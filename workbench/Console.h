@@ -28,9 +28,14 @@ struct CommandSource {
   std::string name;          // for messages: the script's path
   bool interactive = false;  // a person at a terminal: a prompt, no echo, questions are asked
   bool realWindows = false;  // passes over what a script says is for consoles without windows
+  bool transcript = false;   // the script is one, and is played again
   /// How a person's line is read; from `in`, if there is no better way. Nothing at the end of the input.
   std::function<std::optional<std::string>(const std::string& prompt)> readLine = {};
 };
+
+/// Whether a script is the transcript of a run, in which "> " stands before each command. Reads it from its
+/// start on, and goes back there; what cannot be gone back over, such as a pipe, is none.
+bool IsTranscript(std::istream& script);
 
 /// What the library's own commands work on, from one command to the next.
 struct LibraryBench {
@@ -142,8 +147,6 @@ class Console final : public ModalWindows, public UserAnswers {
   std::ostream nowhere_{nullptr};
   bool lineIsOpen_ = false;
   int line_ = 0;
-  /// Whether the script is a transcript, played again: known from its first command on.
-  std::optional<bool> isTranscript_;
   bool ended_ = false;
   int status_ = 0;
   bool strict_ = false;

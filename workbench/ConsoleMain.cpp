@@ -73,6 +73,7 @@ int RunConsole(const Options& options) {
                                         options.script.empty() ? "standard input" : options.script,
                                         interactive};
   std::optional<vexa::workbench::LineEditor> editor;
+  source.transcript = !options.script.empty() && vexa::workbench::IsTranscript(script);
   source.readLine = [&](const std::string& prompt) { return editor->Read(prompt); };
   vexa::workbench::Console console(std::move(source), options.json ? std::cerr : std::cout);
   if (interactive)

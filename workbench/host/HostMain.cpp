@@ -71,9 +71,9 @@ int RunScript(const Options& options) {
   std::string failure;
   std::thread user([&] {
     try {
-      Console console({script, options.script, false, true}, std::cout, [&](Console& of, Stage& stage) {
-        return std::make_unique<WindowDriver>(of, stage, ui, module);
-      });
+      Console console(
+          {script, options.script, false, true, IsTranscript(script)}, std::cout,
+          [&](Console& of, Stage& stage) { return std::make_unique<WindowDriver>(of, stage, ui, module); });
       if (!options.profile.empty()) console.Load(options.profile);
       status = console.Run();
     } catch (const std::exception& error) {
