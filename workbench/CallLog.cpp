@@ -24,6 +24,20 @@ const Fault* CallLog::TakeFault(std::string_view member) {
   return due ? &due_ : nullptr;
 }
 
+void CallLog::PlanInterruption(std::string_view member, int n, std::function<void()> interruption) {
+  interruptions_.push_back({std::string(member), n, std::move(interruption)});
+}
+
+void CallLog::Interrupt(std::string_view member) {
+  std::vector<PlannedInterruption> due;
+  for (PlannedInterruption& planned : interruptions_) {
+    if (planned.member != AnyMember && planned.member != member) continue;
+    if (--planned.remaining == 0) due.push_back(planned);
+  }
+  std::erase_if(interruptions_, [](const PlannedInterruption& planned) { return planned.remaining == 0; });
+  for (const PlannedInterruption& planned : due) planned.run();
+}
+
 void CallLog::Throw(const Fault& fault) {
   switch (fault.kind) {
     case Fault::Kind::Raised:

@@ -41,6 +41,7 @@ class CallLog {
   bool Enter(std::string_view member, Kind kind, MakeLine&& makeLine) {
     ++calls_;
     if (onCall_) onCall_(member);
+    if (!interruptions_.empty()) Interrupt(member);
     const Fault* const fault = faults_.empty() ? nullptr : TakeFault(member);
     if (recording_ && (kind == Kind::Action || showReads_)) {
       lines_.push_back(makeLine() + (fault == nullptr ? std::string() : FaultMark(*fault)));
@@ -65,6 +66,11 @@ class CallLog {
   size_t FaultsPlanned() const { return faults_.size(); }
   int64_t FaultsMet() const { return faultsMet_; }
   void ForgetFaults() { faults_.clear(); }
+  /// Before the n-th call of `member` from now on (counted from 1) goes on, `interruption` runs, once: what a
+  /// call that pumps messages lets happen. Its own calls count like any others. AnyMember counts all.
+  void PlanInterruption(std::string_view member, int n, std::function<void()> interruption);
+  size_t InterruptionsPlanned() const { return interruptions_.size(); }
+  void ForgetInterruptions() { interruptions_.clear(); }
   /// Hears the member of every call.
   void SetObserver(std::function<void(std::string_view member)> onCall) { onCall_ = std::move(onCall); }
 
@@ -87,13 +93,21 @@ class CallLog {
     Fault fault;
   };
 
+  struct PlannedInterruption {
+    std::string member;
+    int remaining;
+    std::function<void()> run;
+  };
+
   const Fault* TakeFault(std::string_view member);
+  void Interrupt(std::string_view member);
   /// Returns for Nothing only.
   static void Throw(const Fault& fault);
   static std::string FaultMark(const Fault& fault);
 
   std::vector<std::string> lines_;
   std::vector<PlannedFault> faults_;
+  std::vector<PlannedInterruption> interruptions_;
   Fault due_{Error()};
   std::function<void(std::string_view)> onCall_;
   int64_t faultsMet_ = 0;

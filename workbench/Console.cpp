@@ -101,7 +101,6 @@ std::optional<std::string> Console::NextLine() {
 }
 
 void Console::Execute(const std::string& line) {
-  std::string name;
   try {
     const std::vector<std::string> words = SplitWords(line);
     if (words.empty()) return;
@@ -109,6 +108,27 @@ void Console::Execute(const std::string& line) {
     // What "say" prints stands for itself; without the command a transcript could not say it again.
     const bool speaks = SameName(words.front(), "say") && !source_.transcript;
     if (!source_.interactive && !speaks) Out() << CommandMark << line << "\n";
+    RunCommand(words);
+  } catch (const ScriptError& error) {
+    Fail(error.what());
+  }
+  if (!trouble_.empty()) Fail("ended by \"strict\": " + trouble_, 3);
+}
+
+void Console::PlanDuring(const std::string& member, int n, std::vector<std::string> command) {
+  Stage().calls.PlanInterruption(member, n, [this, member, words = std::move(command)] {
+    std::string line;
+    for (const std::string& word : words) line += " " + word;
+    Out() << "[during " << member << ":" << line << "]\n";
+    ++interrupting_;
+    RunCommand(words);
+    --interrupting_;
+  });
+}
+
+void Console::RunCommand(const std::vector<std::string>& words) {
+  std::string name;
+  try {
     const Command* const command = FindCommand(words.front());
     if (command == nullptr) {
       throw ScriptError("unknown command \"" + words.front() + "\"" +
@@ -130,7 +150,6 @@ void Console::Execute(const std::string& line) {
     Out() << ErrorLine(error) << "\n";  // in development mode errors surface from event handlers
     NoteTrouble("an error came out");
   }
-  if (!trouble_.empty()) Fail("ended by \"strict\": " + trouble_, 3);
 }
 
 void Console::NoteTrouble(const std::string& what) {

@@ -105,6 +105,10 @@ class Console final : public ModalWindows, public UserAnswers {
   /// In a strict script what a user could live through, a refusal or an error, ends the run.
   void SetStrict(bool strict) { strict_ = strict; }
   void NoteTrouble(const std::string& what);
+  /// Plans a command for the n-th call of `member` from now on.
+  void PlanDuring(const std::string& member, int n, std::vector<std::string> command);
+  /// Whether a command runs inside an outside call.
+  bool IsInterrupting() const { return interrupting_ > 0; }
   /// Stops reading commands.
   void Quit() { ended_ = true; }
   /// The commands from here on are for consoles without windows only, or for all hosts again.
@@ -131,6 +135,7 @@ class Console final : public ModalWindows, public UserAnswers {
  private:
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
+  void RunCommand(const std::vector<std::string>& words);
   void Fail(const std::string& message, int status = 2);
   void EndLine();
   bool ReadLine(std::string& line, const std::string& prompt);
@@ -154,6 +159,7 @@ class Console final : public ModalWindows, public UserAnswers {
   std::string choices_;  // of the question that a person is asked
   std::ostream* json_ = nullptr;
   bool consoleOnly_ = false;
+  int interrupting_ = 0;
   std::optional<int32_t> language_;
 
   std::deque<std::optional<std::string>> picks_;  // a path, or nothing to cancel

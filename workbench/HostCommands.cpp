@@ -56,7 +56,7 @@ void Hide(Console& console, const Words&) { console.HostWithPage().Hide(); }
 
 void Release(Console& console, const Words&) {
   HostDriver& host = console.HostWithPage();
-  console.RequireNoDialog();
+  if (!console.IsInterrupting()) console.RequireNoDialog();
   host.Release();
 }
 

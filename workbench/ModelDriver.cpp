@@ -22,7 +22,8 @@ std::string NameOf(const Control* control) { return control == nullptr ? std::st
 
 class ModelForm final : public FormDriver {
  public:
-  explicit ModelForm(Form& form) : form_(form) {}
+  /// What `keptAlive` owns lives at least as long as this.
+  ModelForm(Form& form, std::shared_ptr<void> keptAlive) : keptAlive_(std::move(keptAlive)), form_(form) {}
 
   std::string Name() const override { return form_.Name(); }
   std::string Caption() const override { return form_.Caption(); }
@@ -97,6 +98,7 @@ class ModelForm final : public FormDriver {
     return dynamic_cast<Kind&>(Require(form_.FindControl(name)));
   }
 
+  std::shared_ptr<void> keptAlive_;
   Form& form_;
   UserActions user_{form_};
 };
@@ -107,27 +109,29 @@ class ModelDriver final : public HostDriver {
 
   std::vector<std::unique_ptr<FormDriver>> OpenForms() const override {
     std::vector<std::unique_ptr<FormDriver>> forms;
-    if (HasPage()) forms.push_back(std::make_unique<ModelForm>(*stage_.Page()));
-    for (Form* dialog : console_.OpenDialogs()) forms.push_back(std::make_unique<ModelForm>(*dialog));
+    const std::shared_ptr<OutlookPropertiesPage> page = stage_.SharedPage();
+    if (page != nullptr) forms.push_back(std::make_unique<ModelForm>(*page, page));
+    // Dialogs belong to the page's actions, and those keep the page.
+    for (Form* dialog : console_.OpenDialogs()) forms.push_back(std::make_unique<ModelForm>(*dialog, page));
     return forms;
   }
   size_t DialogCount() const override { return console_.OpenDialogs().size(); }
   bool HasPage() const override { return stage_.Page() != nullptr; }
 
   void Create() override { stage_.CreatePage(); }
-  void Initialize() override { Page().Initialize(stage_.workbench.Addin()); }
-  void Reinitialize() override { Page().Initialize(nullptr, true); }
-  void Apply() override { Page().PropertyPage_Apply(); }
-  void Hide() override { Page().UserControl_Hide(); }
+  void Initialize() override { Page()->Initialize(stage_.workbench.Addin()); }
+  void Reinitialize() override { Page()->Initialize(nullptr, true); }
+  void Apply() override { Page()->PropertyPage_Apply(); }
+  void Hide() override { Page()->UserControl_Hide(); }
   void Release() override { stage_.DestroyPage(); }
 
-  bool Dirty() override { return Page().PropertyPage_Dirty(); }
-  std::string Title() override { return Page().TabTitle(); }
+  bool Dirty() override { return Page()->PropertyPage_Dirty(); }
+  std::string Title() override { return Page()->TabTitle(); }
   PageInfo GetPageInfo(PageInfo passed) override {
-    Page().PropertyPage_GetPageInfo(passed.helpFile, passed.helpContext);
+    Page()->PropertyPage_GetPageInfo(passed.helpFile, passed.helpContext);
     return passed;
   }
-  bool PageActive() override { return Page().PageActive(); }
+  bool PageActive() override { return Page()->PageActive(); }
   void SetDevelopmentMode(bool on) override { InDevelopmentMode = on; }
 
   void OpenGallery() override {
@@ -150,7 +154,8 @@ class ModelDriver final : public HostDriver {
   std::optional<FolderIndex> PickFolder() override { return console_.AnswerPick(); }
 
  private:
-  OutlookPropertiesPage& Page() { return *stage_.Page(); }
+  /// A copy: a call on the page may be the one during which the host releases it.
+  std::shared_ptr<OutlookPropertiesPage> Page() { return stage_.SharedPage(); }
 
   Console& console_;
   Stage& stage_;

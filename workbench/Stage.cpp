@@ -35,8 +35,8 @@ std::string Stage::ErrorLogPath() const {
 }
 
 OutlookPropertiesPage& Stage::CreatePage() {
-  page_.reset();  // the host releases one page before it makes the next
-  page_ = std::make_unique<OutlookPropertiesPage>(services,
+  DestroyPage();  // the host releases one page before it makes the next
+  page_ = std::make_shared<OutlookPropertiesPage>(services,
                                                   [this] { return hasSite ? workbench.Site() : nullptr; });
   page_->SetView(&view_);
   return *page_;

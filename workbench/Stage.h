@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/JsonErrorLog.h"
 #include "page/OutlookPropertiesPage.h"
@@ -25,7 +26,9 @@ class Stage {
 
   OutlookPropertiesPage& CreatePage();
   OutlookPropertiesPage* Page() const { return page_.get(); }
-  void DestroyPage() { page_.reset(); }
+  /// Keeps the page alive while an action of it runs: the host may release it meanwhile.
+  std::shared_ptr<OutlookPropertiesPage> SharedPage() const { return page_; }
+  void DestroyPage() { std::exchange(page_, nullptr).reset(); }
 
   /// Every form that is shown gets this view: it draws nothing and traces that it was asked to.
   FormView& View() { return view_; }
@@ -59,7 +62,7 @@ class Stage {
   std::string ErrorLogPath() const;
 
   TracingView view_;
-  std::unique_ptr<OutlookPropertiesPage> page_;
+  std::shared_ptr<OutlookPropertiesPage> page_;
 };
 
 }  // namespace vexa::workbench

@@ -212,17 +212,35 @@ Fault FaultOf(const std::string& member, std::span<const std::string> words) {
   return Error(number, words[1], words.size() > 2 ? words[2] : "VexaAddin");
 }
 
-void FailMember(Console& console, const Words& words) {
+const std::string& FindMember(const std::string& word) {
   const std::vector<std::string>& known = CallLog::KnownMembers();
   const auto member =
-      std::ranges::find_if(known, [&](const std::string& name) { return SameName(name, words[0]); });
+      std::ranges::find_if(known, [&](const std::string& name) { return SameName(name, word); });
   if (member == known.end()) {
-    throw ScriptError("unknown member \"" + words[0] + "\"" +
-                      SuggestName(words[0], std::vector<std::string_view>(known.begin(), known.end())));
+    throw ScriptError("unknown member \"" + word + "\"" +
+                      SuggestName(word, std::vector<std::string_view>(known.begin(), known.end())));
   }
-  const int32_t n = NumberWord(words[1], "which call fails");
-  if (n < 1) throw ScriptError("the next call is number 1, not " + words[1]);
-  console.Stage().calls.PlanFault(*member, n, FaultOf(*member, std::span(words).subspan(2)));
+  return *member;
+}
+
+int32_t CallNumber(const std::string& word, const char* what) {
+  const int32_t n = NumberWord(word, what);
+  if (n < 1) throw ScriptError("the next call is number 1, not " + word);
+  return n;
+}
+
+void FailMember(Console& console, const Words& words) {
+  const std::string& member = FindMember(words[0]);
+  const int32_t n = CallNumber(words[1], "which call fails");
+  console.Stage().calls.PlanFault(member, n, FaultOf(member, std::span(words).subspan(2)));
+}
+
+void During(Console& console, const Words& words) {
+  const std::string& member = FindMember(words[0]);
+  const int32_t n = CallNumber(words[1], "during which call");
+  if (FindCommand(words[2]) == nullptr)
+    throw ScriptError("unknown command \"" + words[2] + "\"" + SuggestName(words[2], CommandNames()));
+  console.PlanDuring(member, n, {words.begin() + 2, words.end()});
 }
 
 void Trace(Console& console, const Words& words) {
@@ -349,6 +367,8 @@ constexpr auto Commands = std::to_array<Command>({
      Excluded},
     {"fail", "MEMBER N NUMBER|WAY [TEXT [SOURCE]]", "let the n-th call of a member from now fail", 3, 5,
      FailMember},
+    {"during", "MEMBER N COMMAND...", "run a command inside the n-th call of a member from now", 3, AnyNumber,
+     During},
     {"trace", "[clear | reads on|off]", "print the outside calls since the last clear", 0, 2, Trace},
     {"log", "[components]", "print the error log", 0, 1, ShowLog},
     {"machine", "FACT VALUE", "change who works where: userName, computerName, ...", 2, 2, SetMachine},
