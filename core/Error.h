@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -63,6 +64,14 @@ template <typename Pointer>
 auto& Require(const Pointer& pointer) {
   if (pointer == nullptr) throw MakeError(ErrorNumber::ObjectNotSet);
   return *pointer;
+}
+
+/// A share of one's own in the object behind a reference; error 91 when there is none. An outside call may
+/// lead to the reference being dropped before it returns: made on a share, it still has its object then.
+template <typename Object>
+std::shared_ptr<Object> Share(const std::shared_ptr<Object>& reference) {
+  Require(reference);
+  return reference;
 }
 
 /// What separates the initial source text from the first trail entry, and one entry from the next.

@@ -52,17 +52,18 @@ void TemporaryFile::Remove() {
   removed_ = true;
 }
 
-void SendErrorLog(AddinApp& addin, const Services& services, const std::string& logPath,
+void SendErrorLog(const AddinAppRef& addin, const Services& services, const std::string& logPath,
                   const TemporaryFile& copy, StageTrail& stages) {
   constexpr int32_t textProperty = 1;
+  const AddinAppRef own = Share(addin);
   stages.Reach("Close");
   services.desktop.CopyFileTo(logPath, copy.Path());
   stages.Reach("M Closed");
-  const NameSpaceRef session = addin.Session();
+  const NameSpaceRef session = own->Session();
   const auto mail = Require(Require(session).Application()).CreateItem(ItemType::Mail);
   Require(mail).LetBody(ReportBody(*session, services.desktop, logPath));
   // The add-in must not log the report as one of the user's own messages.
-  Require(addin.Utilities()).SetUserProperty(mail, "Vexa Tag", "Never Process", textProperty, true);
+  Require(own->Utilities()).SetUserProperty(mail, "Vexa Tag", "Never Process", textProperty, true);
   mail->AddRecipient(services.supportAddress);
   mail->LetSubject("Vexa3 Error Log");
   mail->AddAttachment(copy.Path());
@@ -81,9 +82,10 @@ void frmAdvanced::ChooseLogFolder() {
     error.Description = "Could not create browse dialog in cmdLocation_Click";
     throw error;
   }
-  if (!folder) return;
-  txtLogPath.SetText(JoinPath(*folder, ErrorLogName));
-  EnableOk();
+  if (folder) {
+    txtLogPath.SetText(JoinPath(*folder, ErrorLogName));
+    EnableOk();
+  }
   cmdEmail.SetEnabled(services_.desktop.FileExists(txtLogPath.Text()));
 }
 
@@ -111,33 +113,39 @@ void frmAdvanced::EmailLog() {
 }
 
 bool frmAdvanced::SendLog(const std::string& path, StageTrail& stages) {
-  CachedError failure;
-  bool sent = false;
+  std::optional<CachedError> notSent;
+  std::optional<CachedError> notTidied;
+  const auto attempt = [&](std::optional<CachedError>& failure, const auto& body) {
+    try {
+      stages.Run(body);
+    } catch (const Error& error) {
+      failure.emplace().SetTo(error, Name(), "cmdEmail_Click");
+    }
+  };
   {
     const BusyForm busy(*this);
     TemporaryFile copy(services_.desktop, path + ".VexaRenamed");
-    try {
-      stages.Run([&] { SendErrorLog(Require(addin_), services_, path, copy, stages); });
-      sent = true;
-    } catch (const Error& error) {
-      failure.SetTo(error, Name(), "cmdEmail_Click");
-    }
-    if (sent) {
-      copy.Remove();
-      stages.Reach("Killed Tempfile");
-      // While the dialog is still disabled: what was clicked in the meantime is dropped.
-      services_.desktop.ProcessPendingMessages();
+    attempt(notSent, [&] { SendErrorLog(addin_, services_, path, copy, stages); });
+    if (!notSent) {
+      attempt(notTidied, [&] {
+        copy.Remove();
+        stages.Reach("Killed Tempfile");
+        // While the dialog is still disabled: what was clicked in the meantime is dropped.
+        services_.desktop.ProcessPendingMessages();
+      });
     }
   }
   stages.Reach("Me Mousepointered");
   stages.Reach("Me Enabled");
-  if (sent) return true;
+  // The report has been sent, so this is no failure of it.
+  if (notTidied) notTidied->Log(services_.errorLog);
+  if (!notSent) return true;
   IgnoreErrors([&] {
     services_.desktop.Show(
-        services_.resources.LoadString(StringId::LogNotSent) + "\r\n" + failure.Description(),
+        services_.resources.LoadString(StringId::LogNotSent) + "\r\n" + notSent->Description(),
         MessageIcon::Critical, MessageButtons::Ok, services_.resources.LoadString(StringId::ProductName));
   });
-  failure.Log(services_.errorLog);
+  notSent->Log(services_.errorLog);
   return false;
 }
 

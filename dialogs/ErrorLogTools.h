@@ -55,7 +55,7 @@ class TemporaryFile {
 };
 
 /// Copies the log and sends the copy.
-void SendErrorLog(AddinApp& addin, const Services& services, const std::string& logPath,
+void SendErrorLog(const AddinAppRef& addin, const Services& services, const std::string& logPath,
                   const TemporaryFile& copy, StageTrail& stages);
 
 }  // namespace vexa

@@ -4,13 +4,14 @@
 
 namespace vexa {
 
-std::optional<ChosenFolder> ChooseFolder(AddinApp& addin, const Services& services,
+std::optional<ChosenFolder> ChooseFolder(const AddinAppRef& addin, const Services& services,
                                          const FolderChoice& choice) {
+  const AddinAppRef own = Share(addin);  // the dialog may be closed while Outlook's picker is open
   const auto refuse = [&](StringId message) {
     services.desktop.Show(services.resources.LoadString(message), MessageIcon::Critical, MessageButtons::Ok,
                           services.resources.LoadString(StringId::InvalidFolder));
   };
-  const NameSpaceRef session = addin.Session();
+  const NameSpaceRef session = own->Session();
   for (;;) {
     const FolderRef folder = Require(session).PickFolder();
     if (folder == nullptr) return std::nullopt;
@@ -23,14 +24,26 @@ std::optional<ChosenFolder> ChooseFolder(AddinApp& addin, const Services& servic
       refuse(StringId::FolderAlreadySetUp);
       continue;
     }
-    chosen.path = Require(addin.Utilities()).GetFolderPath(folder);
+    chosen.path = Require(own->Utilities()).GetFolderPath(folder);
     return chosen;
   }
 }
 
-FolderRef ResolveFolder(AddinApp& addin, const std::string& entryID, const std::string& storeID) {
+FolderRef ResolveFolder(const AddinAppRef& addin, const std::string& entryID, const std::string& storeID) {
   if (entryID.empty()) return nullptr;
-  return Require(addin.Session()).GetFolderFromID(entryID, storeID);
+  return Require(Share(addin)->Session()).GetFolderFromID(entryID, storeID);
+}
+
+FolderRef FindStoredFolder(const AddinAppRef& addin, const std::string& entryID, const std::string& storeID) {
+  if (entryID.empty()) return nullptr;
+  const NameSpaceRef session = Share(addin)->Session();
+  Require(session);
+  try {
+    return session->GetFolderFromID(entryID, storeID);
+  } catch (const Error& error) {
+    if (error.Number == static_cast<int32_t>(ErrorNumber::OutOfMemory)) throw;
+    return nullptr;
+  }
 }
 
 }  // namespace vexa

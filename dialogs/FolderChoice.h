@@ -7,6 +7,8 @@
 #include <string>
 
 #include "dialogs/Screen.h"
+#include "display/CheckBox.h"
+#include "display/TextBox.h"
 
 namespace vexa {
 
@@ -25,11 +27,31 @@ struct FolderChoice {
 };
 
 /// Nothing when the user cancels the picker.
-std::optional<ChosenFolder> ChooseFolder(AddinApp& addin, const Services& services,
+std::optional<ChosenFolder> ChooseFolder(const AddinAppRef& addin, const Services& services,
                                          const FolderChoice& choice);
 
 /// The folder with these ids; null for an empty entry id, which means that no folder is set. An error when
 /// it cannot be found.
-FolderRef ResolveFolder(AddinApp& addin, const std::string& entryID, const std::string& storeID);
+FolderRef ResolveFolder(const AddinAppRef& addin, const std::string& entryID, const std::string& storeID);
+
+/// The same for a stored folder that may be gone by now: null when the session does not find it. Any other
+/// failure is an error.
+FolderRef FindStoredFolder(const AddinAppRef& addin, const std::string& entryID, const std::string& storeID);
+
+/// The check box of a folder has changed. Ticked without a folder it has `choose` ask for one at once, and it
+/// does not stay ticked without one, however the choice ends. True when there was a folder all along.
+template <typename Choose>
+bool FolderBoxChanged(CheckBox& box, const TextBox& path, Choose&& choose) {
+  if (!path.Text().empty()) return true;
+  if (!box.Checked()) return false;
+  try {
+    choose();
+  } catch (...) {
+    box.SetChecked(false);
+    throw;
+  }
+  if (path.Text().empty()) box.SetChecked(false);
+  return false;
+}
 
 }  // namespace vexa

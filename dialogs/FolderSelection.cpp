@@ -114,16 +114,15 @@ void FolderSelection::Save(RegSettings& settings) const {
   });
 }
 
-MonitoredFolder& FolderSelection::Add(const std::string& key, AddinObjectFactory& objects) {
-  const MonitoredFolderRef record = objects.CreateMonitoredFolder();
-  MonitoredFolder& added = Require(record);
+MonitoredFolderRef FolderSelection::Add(const std::string& key, AddinObjectFactory& objects) {
+  MonitoredFolderRef record = Share(objects.CreateMonitoredFolder());
   records_.Add(key, record);
-  return added;
+  return record;
 }
 
-MonitoredFolder* FolderSelection::Find(std::string_view key) const {
+MonitoredFolderRef FolderSelection::Find(std::string_view key) const {
   const MonitoredFolderRef* const found = records_.Find(key);
-  return found == nullptr ? nullptr : found->get();
+  return found == nullptr ? nullptr : *found;
 }
 
 }  // namespace vexa

@@ -58,10 +58,10 @@ class FolderSelection {
   /// Replaces the three lists and fills them. A failure on the way leaves them partly filled.
   void Save(RegSettings& settings) const;
 
-  /// Adds an empty record; error 457 when the key is taken.
-  MonitoredFolder& Add(const std::string& key, AddinObjectFactory& objects);
+  /// Adds an empty record; error 457 when the key is taken, 91 when the add-in makes none.
+  MonitoredFolderRef Add(const std::string& key, AddinObjectFactory& objects);
   /// Null when there is none.
-  MonitoredFolder* Find(std::string_view key) const;
+  MonitoredFolderRef Find(std::string_view key) const;
   void Remove(std::string_view key) { records_.Remove(key); }
   void Clear() { records_.Clear(); }
   size_t Size() const { return records_.Size(); }

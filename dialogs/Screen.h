@@ -25,6 +25,22 @@ struct Services {
   std::string supportAddress = DefaultSupportAddress;
 };
 
+/// Shows a dialog that an action of `opener` has made and waits until it ends. `owner` is the form whose
+/// window it belongs to, null for none. Error 91 when the opener is a dialog that was closed meanwhile.
+inline void ShowModal(const Services& services, Form& opener, Dialog& dialog, Form* owner) {
+  const auto* const openingDialog = dynamic_cast<const Dialog*>(&opener);
+  if (openingDialog != nullptr && !openingDialog->IsShowing()) throw MakeError(ErrorNumber::ObjectNotSet);
+  struct Waiting {
+    Waiting(Form& form, const Dialog& dialog) : form_(form) { form_.SetOpenDialog(&dialog); }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+    ~Waiting() { form_.SetOpenDialog(nullptr); }
+    Form& form_;
+  };
+  const Waiting waiting(opener, dialog);
+  services.windows.ShowModal(dialog, owner);
+}
+
 /// Whoever opened a dialog and wants to hear that it changed something.
 class DialogParent {
  public:

@@ -15,19 +15,20 @@ frmAbout::frmAbout(const Services& services) : Dialog("frmAbout"), services_(ser
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdOk);
   cmdSysInfo.OnClick = Handler(services_, *this, "cmdSysInfo_Click", [this] { ShowSystemInfo(); });
-  cmdOk.OnClick = [this] { Hide(); };
+  cmdOk.OnClick = [this] { End(false); };
 }
 
-void frmAbout::Initialize(RegSettings& theRegSettings) {
+void frmAbout::Initialize(const RegSettingsRef& theRegSettings) {
   PassOn(Name(), "Initialize", [&] {
+    const RegSettingsRef own = Share(theRegSettings);
     // What the add-in hands over is its own business: an object has nothing to show here.
     lblInfo.SetCaption(AboutInfo.ToObject() == nullptr ? AboutInfo.ToText() : std::string());
     lblInfo.SetVisible(!lblInfo.Caption().empty());
-    const bool enterprise = theRegSettings.GetUsingEnterpriseSettings();
+    const bool enterprise = own->GetUsingEnterpriseSettings();
     lblEnterprise.SetVisible(enterprise);
     if (enterprise) {
-      lblEnterprise.SetCaption(services_.resources.LoadString(StringId::AboutEnterprisePath,
-                                                              {theRegSettings.GetEnterpriseSettingsPath()}));
+      lblEnterprise.SetCaption(
+          services_.resources.LoadString(StringId::AboutEnterprisePath, {own->GetEnterpriseSettingsPath()}));
     }
   });
 }

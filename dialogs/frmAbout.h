@@ -16,7 +16,7 @@ class frmAbout final : public Dialog {
   /// The add-in's AboutInfo; to be set before Initialize.
   Variant AboutInfo;
 
-  void Initialize(RegSettings& theRegSettings);
+  void Initialize(const RegSettingsRef& theRegSettings);
 
   Label lblProduct{*this, "lblProduct", StringId::AboutProduct};
   Label lblVersion{*this, "lblVersion"};

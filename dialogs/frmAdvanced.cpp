@@ -123,7 +123,8 @@ void frmAdvanced::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSetting
 }
 
 void frmAdvanced::Load() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   LoadOptions(settings);
   LoadErrorLog(settings);
   const int32_t hours = settings.GetQuickscanHours();
@@ -141,7 +142,7 @@ void frmAdvanced::LoadOptions(RegSettings& settings) {
   LoadFields(*this, settings, MatchingFields);
   chkOnlySearch.SetEnabled(chkSearchEmail.Checked());
   const bool bypass = settings.GetBypassObjectModel();
-  const bool bypassBlocked = Require(Require(addin_).Utilities()).BypassBlocked();
+  const bool bypassBlocked = Require(Share(addin_)->Utilities()).BypassBlocked();
   chkBypass.SetChecked(bypass && !bypassBlocked);
   chkBypass.SetEnabled(!bypassBlocked);
   LoadFields(*this, settings, CopyingFields);
@@ -246,7 +247,7 @@ void frmAdvanced::WorkBoxChanged() {
 
 void frmAdvanced::HoursBoxChanged() {
   EnableOk();
-  txtQuickscanHours.SetEnabled(chkQuickscanHours.Checked() && CanWrite(Require(settings_)));
+  txtQuickscanHours.SetEnabled(chkQuickscanHours.Checked() && CanWrite(*Share(settings_)));
 }
 
 void frmAdvanced::HoursLeft() {
@@ -264,12 +265,13 @@ void frmAdvanced::RestoreDefaults() {
   constexpr int32_t defaultMegabytes = 2048;  // more than OK can store: it overflows until the user lowers it
   const Flag suppress(suppressPrompts_);
   EnableOk();  // some values are written at once, even when no control changes
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   if (CanWrite(settings)) RestoreOptions(settings);
   chkUseEnterprise.SetChecked(true);
   sldLogLevel.SetPosition(LevelNothing);
   sldMaxSize.SetPosition(defaultMegabytes);
-  const std::string folder = Require(Require(Require(addin_).Utilities()).App()).Path();
+  const std::string folder = Require(Require(Share(addin_)->Utilities()).App()).Path();
   txtLogPath.SetText(JoinPath(folder, ErrorLogName));
   chkErrReporting.SetChecked(false);
 }
@@ -279,7 +281,7 @@ void frmAdvanced::RestoreOptions(RegSettings& settings) {
   chkAssume.SetChecked(true);
   chkSearchEmail.SetChecked(true);
   chkOnlySearch.SetChecked(false);
-  chkBypass.SetChecked(!Require(Require(addin_).Utilities()).BypassBlocked());
+  chkBypass.SetChecked(!Require(Share(addin_)->Utilities()).BypassBlocked());
   chkDontEdit.SetChecked(false);
   chkMakeWorking.SetChecked(false);
   chkQuickscanHours.SetChecked(false);
@@ -296,23 +298,25 @@ void frmAdvanced::RestoreOptions(RegSettings& settings) {
 void frmAdvanced::AdjustCache() {
   frmCacheAdjust adjust(services_);
   adjust.Initialize(addin_, settings_);
-  services_.windows.ShowModal(adjust, this);
+  ShowModal(services_, *this, adjust, this);
 }
 
 void frmAdvanced::AdjustBackground() {
   frmBackgroundAdjust adjust(services_);
   adjust.Initialize(addin_, settings_);
-  services_.windows.ShowModal(adjust, this);
+  ShowModal(services_, *this, adjust, this);
 }
 
 // --- OK and Cancel
 
 void frmAdvanced::Ok() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
+  OptionsPage& page = Require(page_);
   if (CanWrite(settings)) WriteOptions(settings);
   WriteRest(settings);
-  // Before anything is let go of: when it fails the dialog stays as it is.
-  Require(page_).SetDirty();
+  // Before the dialog ends: when it fails the dialog stays as it is.
+  page.SetDirty();
   End(false);
 }
 
@@ -339,9 +343,7 @@ void frmAdvanced::WriteRest(RegSettings& settings) {
   settings.LetAutomaticErrorReporting(chkErrReporting.Checked());
 }
 
-void frmAdvanced::End(bool cancelled) {
-  Hide();
-  cancelled_ = cancelled;
+void frmAdvanced::DropReferences() {
   addin_.reset();
   settings_.reset();
   page_ = nullptr;

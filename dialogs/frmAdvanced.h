@@ -25,13 +25,6 @@ class frmAdvanced final : public Dialog {
   /// Does nothing while the dialog is there to be looked at only.
   void EnableOk();
 
-  /// True when the dialog was closed by Cancel or by its window, false after OK.
-  bool Cancelled() const { return cancelled_; }
-
-  void CloseWindow() override {
-    if (settings_ != nullptr) End(true);
-  }
-
   Label lblWarning{*this, "lblWarning", StringId::ReadDocumentationFirst};
   OptionsSection opsOptions{*this, "opsOptions", StringId::AdvancedOptions};
   CheckBox chkShow{*this, "chkShow", StringId::ShowVexa2Buttons};
@@ -100,7 +93,7 @@ class frmAdvanced final : public Dialog {
   void Ok();
   void WriteOptions(RegSettings& settings);
   void WriteRest(RegSettings& settings);
-  void End(bool cancelled);
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;
@@ -110,7 +103,6 @@ class frmAdvanced final : public Dialog {
   bool loading_ = false;
   bool suppressPrompts_ = false;
   bool insideHandler_ = false;
-  bool cancelled_ = true;
 };
 
 }  // namespace vexa

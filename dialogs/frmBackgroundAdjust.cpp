@@ -38,10 +38,10 @@ void frmBackgroundAdjust::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRe
     addin_ = std::move(vexaAddin);
     settings_ = std::move(theRegSettings);
     initializing_ = true;
-    Load(Require(settings_));
+    Load(*Share(settings_));
     initializing_ = false;
     cmdOk.SetEnabled(false);
-    if (!CanWrite(*settings_)) {
+    if (!CanWrite(*Share(settings_))) {
       for (Control* control : std::initializer_list<Control*>{&txtInterval, &txtTime, &txtDelay, &chkDelay}) {
         control->SetEnabled(false);
       }
@@ -63,7 +63,7 @@ void frmBackgroundAdjust::DelayBoxChanged() {
   if (initializing_) return;
   txtDelay.SetEnabled(chkDelay.Checked());
   cmdOk.SetEnabled(true);
-  if (!chkDelay.Checked() || !Require(Require(addin_).Utilities()).DelayAvailable()) return;
+  if (!chkDelay.Checked() || !Require(Share(addin_)->Utilities()).DelayAvailable()) return;
   const MessageAnswer answer = services_.desktop.Show(
       services_.resources.LoadString(StringId::DelaySlowsOutlook), MessageIcon::Exclamation,
       MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
@@ -71,16 +71,15 @@ void frmBackgroundAdjust::DelayBoxChanged() {
 }
 
 void frmBackgroundAdjust::Ok() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   settings.LetBackgroundWorkTime(ToInt32(LeadingNumber(txtTime.Text())));
   settings.LetBackgroundInterval(ToInt32(LeadingNumber(txtInterval.Text())));
   settings.LetDelayNewItems(chkDelay.Checked() ? ToInt32(LeadingNumber(txtDelay.Text())) : 0);
   End(false);
 }
 
-void frmBackgroundAdjust::End(bool cancelled) {
-  Hide();
-  cancelled_ = cancelled;
+void frmBackgroundAdjust::DropReferences() {
   addin_.reset();
   settings_.reset();
 }

@@ -17,13 +17,6 @@ class frmBackgroundAdjust final : public Dialog {
 
   void Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSettings);
 
-  /// True when the dialog was closed by Cancel or by its window, false after OK.
-  bool Cancelled() const { return cancelled_; }
-
-  void CloseWindow() override {
-    if (settings_ != nullptr) End(true);
-  }
-
   Label lblInterval{*this, "lblInterval", StringId::BackgroundInterval};
   TextBox txtInterval{*this, "txtInterval"};
   Label lblIntervalUnit{*this, "lblIntervalUnit", StringId::Milliseconds};
@@ -41,13 +34,12 @@ class frmBackgroundAdjust final : public Dialog {
   void Load(RegSettings& settings);
   void DelayBoxChanged();
   void Ok();
-  void End(bool cancelled);
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;
   RegSettingsRef settings_;
   bool initializing_ = false;
-  bool cancelled_ = true;
 };
 
 }  // namespace vexa

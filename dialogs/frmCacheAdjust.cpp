@@ -25,7 +25,8 @@ void frmCacheAdjust::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSett
   PassOn(Name(), "Initialize", [&] {
     addin_ = std::move(vexaAddin);
     settings_ = std::move(theRegSettings);
-    RegSettings& settings = Require(settings_);
+    const RegSettingsRef own = Share(settings_);
+    RegSettings& settings = *own;
     txtNumRecords.SetText(std::to_string(settings.GetRecordsPerDownload()));
     chkSync.SetChecked(settings.GetKeepCacheSynchronized());
     chkFillOnExit.SetChecked(!settings.GetStopCacheFillOnExit());
@@ -49,7 +50,8 @@ bool frmCacheAdjust::ValidateNumRecords() {
 
 void frmCacheAdjust::Ok() {
   constexpr double recommended = 100;
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   const double records = LeadingNumber(txtNumRecords.Text());
   if (records > recommended) {
     const MessageAnswer answer = services_.desktop.Show(
@@ -64,9 +66,7 @@ void frmCacheAdjust::Ok() {
   End(false);
 }
 
-void frmCacheAdjust::End(bool cancelled) {
-  Hide();
-  cancelled_ = cancelled;
+void frmCacheAdjust::DropReferences() {
   addin_.reset();
   settings_.reset();
 }

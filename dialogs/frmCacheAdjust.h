@@ -17,13 +17,6 @@ class frmCacheAdjust final : public Dialog {
 
   void Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSettings);
 
-  /// True when the dialog was closed by Cancel or by its window, false after OK.
-  bool Cancelled() const { return cancelled_; }
-
-  void CloseWindow() override {
-    if (settings_ != nullptr) End(true);
-  }
-
   Label lblNumRecords{*this, "lblNumRecords", StringId::RecordsPerDownload};
   TextBox txtNumRecords{*this, "txtNumRecords"};
   Label lblTip{*this, "lblTip", StringId::RecordsTip};
@@ -35,12 +28,11 @@ class frmCacheAdjust final : public Dialog {
  private:
   bool ValidateNumRecords();
   void Ok();
-  void End(bool cancelled);
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;
   RegSettingsRef settings_;
-  bool cancelled_ = true;
 };
 
 }  // namespace vexa

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "dialogs/FolderSet.h"
 #include "dialogs/Screen.h"
 #include "display/Button.h"
 #include "display/CheckBox.h"
@@ -24,20 +25,12 @@ class frmEditFolderset final : public Dialog {
   void Initialize(OptionsPage& outlookPropertiesPage, AddinAppRef vexaAddin, RegSettingsRef theRegSettings,
                   int16_t theRegIndex, bool theModeEdit);
 
-  /// True when the dialog was closed by Cancel or by its window, false after OK.
-  bool Cancelled() const { return cancelled_; }
-
   /// Enables OK while the folders are complete and the user may change settings, and the shared folders while
   /// there is a contact folder.
   void UpdateButtons();
 
-  void CloseWindow() override;
-
-  // The routing of new items: edited by the shared-folders dialog, loaded and stored by this one.
-  std::string SharedCalEntryID, SharedCalStoreID;
-  std::string SharedJournEntryID, SharedJournStoreID;
-  std::string SharedTaskEntryID, SharedTaskStoreID;
-  int32_t FLAGS = 0;
+  /// The working copy. The shared-folders dialog edits its routing: the shared folders and FLAGS.
+  FolderSet Record;
 
   OptionsSection opsContacts{*this, "opsContacts", StringId::PublicContactFolder};
   Label lblHelpContact{*this, "lblHelpContact", StringId::PublicContactFolderHelp};
@@ -56,9 +49,6 @@ class frmEditFolderset final : public Dialog {
   Button cmdCancel{*this, "cmdCancel", StringId::Cancel};
 
  private:
-  friend struct FolderSetFields;
-
-  void LoadRecord();
   void ShowFolders();
   bool FoldersAreComplete();
   void ChooseContactFolder();
@@ -67,8 +57,7 @@ class frmEditFolderset final : public Dialog {
   void EmailBoxChanged();
   void ShowSharedFolders();
   void Ok();
-  void Cancel();
-  void End(bool cancelled);
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;
@@ -76,11 +65,6 @@ class frmEditFolderset final : public Dialog {
   int16_t index_ = 0;
   bool modeEdit_ = false;
   bool initializing_ = false;
-  bool cancelled_ = true;
-
-  std::string contactEntryID_, contactStoreID_;
-  std::string journEntryID_, journStoreID_;
-  std::string emailEntryID_, emailStoreID_;
 };
 
 }  // namespace vexa

@@ -128,7 +128,7 @@ frmFolders::frmFolders(const Services& services) : Dialog("frmFolders"), service
   on(cmdNone.OnClick, "cmdNone_Click", &frmFolders::CheckNoItems);
   on(cmdClear.OnClick, "cmdClear_Click", &frmFolders::ClearAll);
   on(cmdOk.OnClick, "cmdOk_Click", &frmFolders::Ok);
-  cmdCancel.OnClick = [this] { End(); };
+  cmdCancel.OnClick = [this] { End(true); };
 }
 
 void frmFolders::FillTrees() {
@@ -155,10 +155,11 @@ void frmFolders::Initialize(AddinAppRef vexaAddinApp, RegSettingsRef tempRegSett
 }
 
 void frmFolders::Load() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   lblInstructions.SetCaption(services_.resources.LoadString(
       settings.GetAllUsersMode() ? StringId::FolderPickerHelpAllUsers : StringId::FolderPickerHelp));
-  const NameSpaceRef session = Require(addin_).Session();
+  const NameSpaceRef session = Share(addin_)->Session();
   const std::shared_ptr<Folders> stores = Require(session).Folders();
   const int32_t count = Require(stores).Count();
   DefaultFolderIds defaults(*session);
@@ -181,7 +182,7 @@ void frmFolders::Load() {
 // --- the tree of folders
 
 void frmFolders::AddFolder(const FolderRef& folder, Tree::Node parent, bool allLevels) {
-  const NameSpaceRef session = Require(addin_).Session();
+  const NameSpaceRef session = Share(addin_)->Session();
   DefaultFolderIds defaults(Require(session));
   AddFolder(defaults, folder, parent, allLevels);
 }
@@ -239,7 +240,7 @@ void frmFolders::ExpandFolder(Tree::Node node) {
     return;
   tvFolders.Remove(child);
   const FolderIds ids = IdsOfKey(tvFolders.Key(node));
-  const NameSpaceRef session = Require(addin_).Session();
+  const NameSpaceRef session = Share(addin_)->Session();
   const FolderRef folder = Require(session).GetFolderFromID(ids.entryID, ids.storeID);
   const std::shared_ptr<Folders> folders = Require(folder).Folders();
   const int32_t count = Require(folders).Count();
@@ -273,8 +274,8 @@ StringId frmFolders::TipFor(Tree::Node node) {
   const std::string key(tvFolders.Key(node));
   if (IsDefaultFolderKey(key)) return TipForDefaultFolder(DefaultFolderOfKey(key));
   const FolderIds ids = IdsOfKey(key);
-  const FolderRef folder = Require(Require(addin_).Session()).GetFolderFromID(ids.entryID, ids.storeID);
-  if (Require(addin_->Utilities()).IsPublicFolder(folder)) return StringId::PublicFolderTip;
+  const FolderRef folder = Require(Share(addin_)->Session()).GetFolderFromID(ids.entryID, ids.storeID);
+  if (Require(Share(addin_)->Utilities()).IsPublicFolder(folder)) return StringId::PublicFolderTip;
   if (IsAPersonalFolder(folder)) return StringId::PersonalFolderTip;
   return StringId::None;
 }
@@ -294,7 +295,7 @@ void frmFolders::ShowTip(StringId tip) {
   lblHotTip.SetCaption(tip == StringId::None ? std::string() : services_.resources.LoadString(tip));
 }
 
-void frmFolders::SettingToForm(MonitoredFolder* record) {
+void frmFolders::SettingToForm(const MonitoredFolderRef& record) {
   PassOn(Name(), "SettingToForm", [&] {
     tvItems.ClearChecks();
     if (record == nullptr) return;
@@ -310,24 +311,24 @@ void frmFolders::SettingToForm(MonitoredFolder* record) {
 void frmFolders::CheckFolder(Tree::Node node) {
   const bool checked = tvFolders.Checked(node);
   const bool root = IsRoot(node);
-  if (root) tvFolders.SetChecked(node, false);
+  if (checked && root) tvFolders.SetChecked(node, false);
   if (checked && node != tvFolders.Selected()) {
     tvFolders.Select(node);
     ClickFolder(node);
   }
-  if (root) return;
-  if (checked) {
-    if (RecordOf(node) == nullptr) CreateRecord(node);
-    if (!checkedByItem_) SettingToForm(RecordOf(node));
-  } else {
+  if (!checked) {
     selection_.Remove(tvFolders.Key(node));
     SettingToForm(nullptr);
+  } else if (!root) {
+    if (RecordOf(node) == nullptr) CreateRecord(node);
+    if (!checkedByItem_) SettingToForm(RecordOf(node));
   }
 }
 
 void frmFolders::CreateRecord(Tree::Node node) {
   const std::string key(tvFolders.Key(node));
-  MonitoredFolder& record = selection_.Add(key, services_.objects);
+  const MonitoredFolderRef added = selection_.Add(key, services_.objects);
+  MonitoredFolder& record = *added;
   ItemType itemType{};
   if (IsDefaultFolderKey(key)) {
     const int32_t number = RSIndexToDefFolderIndex(DefaultFolderOfKey(key));
@@ -335,7 +336,7 @@ void frmFolders::CreateRecord(Tree::Node node) {
     record.LetStoreID("");
     record.LetFlag(DefaultFolderFlag, true);
     if (checkedByItem_) return;
-    itemType = Require(Require(Require(addin_).Session()).GetDefaultFolder(number)).DefaultItemType();
+    itemType = Require(Require(Share(addin_)->Session()).GetDefaultFolder(number)).DefaultItemType();
     const bool mail = number == RSIndexToDefFolderIndex(Number(StringId::SentItemsFolder)) ||
                       number == RSIndexToDefFolderIndex(Number(StringId::InboxFolder));
     if (mail) record.SetMailDefaults(true);
@@ -344,7 +345,7 @@ void frmFolders::CreateRecord(Tree::Node node) {
     record.LetEntryID(ids.entryID);
     record.LetStoreID(ids.storeID);
     if (checkedByItem_) return;
-    itemType = Require(Require(Require(addin_).Session()).GetFolderFromID(ids.entryID, ids.storeID))
+    itemType = Require(Require(Share(addin_)->Session()).GetFolderFromID(ids.entryID, ids.storeID))
                    .DefaultItemType();
   }
   const int32_t mask = record.MaskFromOlItemType(itemType);
@@ -366,7 +367,7 @@ void frmFolders::CheckItem(Tree::Node item) {
     tvFolders.SetChecked(folder, false);
     selection_.Remove(tvFolders.Key(folder));
   }
-  MonitoredFolder* const found = RecordOf(folder);
+  const MonitoredFolderRef found = RecordOf(folder);
   if (found == nullptr && !checked) return;
   MonitoredFolder& record = Require(found);
   record.LetFlag(record.MaskFromResId(static_cast<int16_t>(NumberOfKey(tvItems.Key(item)))), checked);
@@ -404,13 +405,13 @@ void frmFolders::ClickHotSpot(const ExtLabel::WordClick& click) {
 }
 
 void frmFolders::Ok() {
-  selection_.Save(Require(settings_));
-  Require(parent_).SetDirty();
-  End();
+  DialogParent& parent = Require(parent_);
+  selection_.Save(*Share(settings_));
+  parent.SetDirty();
+  End(false);
 }
 
-void frmFolders::End() {
-  Hide();
+void frmFolders::DropReferences() {
   addin_.reset();
   settings_.reset();
   parent_ = nullptr;

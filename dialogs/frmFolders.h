@@ -21,8 +21,6 @@ class frmFolders final : public Dialog {
 
   void Initialize(AddinAppRef vexaAddinApp, RegSettingsRef tempRegSettings, DialogParent& myParent);
 
-  void CloseWindow() override { End(); }
-
   /// Adds a folder to the tree, below `parent` or as a store. What is below it is added when its node is
   /// expanded or, with `allLevels`, at once. A folder whose entry id cannot be read is left out.
   void AddFolder(const FolderRef& folder, Tree::Node parent, bool allLevels = false);
@@ -52,10 +50,10 @@ class frmFolders final : public Dialog {
   StringId TipFor(Tree::Node node);
   bool IsAPersonalFolder(FolderRef folder) const;
   void ShowTip(StringId tip);
-  void SettingToForm(MonitoredFolder* record);
+  void SettingToForm(const MonitoredFolderRef& record);
 
   bool IsRoot(Tree::Node node) const { return tvFolders.Parent(node) == Tree::NoNode; }
-  MonitoredFolder* RecordOf(Tree::Node node) const { return selection_.Find(tvFolders.Key(node)); }
+  MonitoredFolderRef RecordOf(Tree::Node node) const { return selection_.Find(tvFolders.Key(node)); }
   void CheckFolder(Tree::Node node);
   void CreateRecord(Tree::Node node);
   void CheckItem(Tree::Node item);
@@ -65,7 +63,7 @@ class frmFolders final : public Dialog {
   void ClearAll();
   void ClickHotSpot(const ExtLabel::WordClick& click);
   void Ok();
-  void End();
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;

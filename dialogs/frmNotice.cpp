@@ -6,9 +6,9 @@ namespace vexa {
 
 frmNotice::frmNotice() : Dialog("frmNotice") {
   SetTopMost(true);
-  cmdFirst.OnClick = [this] { End(1); };
-  cmdSecond.OnClick = [this] { End(2); };
-  cmdThird.OnClick = [this] { End(3); };
+  cmdFirst.OnClick = [this] { Press(1); };
+  cmdSecond.OnClick = [this] { Press(2); };
+  cmdThird.OnClick = [this] { Press(3); };
 }
 
 void frmNotice::Initialize(const std::string& title, const std::string& text,
@@ -30,9 +30,9 @@ void frmNotice::Initialize(const std::string& title, const std::string& text,
   });
 }
 
-void frmNotice::End(int32_t answer) {
-  answer_ = answer;
-  Hide();
+void frmNotice::Press(int32_t button) {
+  answer_ = button;
+  End(false);
 }
 
 }  // namespace vexa

@@ -1,5 +1,5 @@
 // A message that stays above all other windows, Outlook's own included: a title, a formatted text and one to
-// three buttons. Whoever has something to say makes it, shows it modally and asks for the answer.
+// three buttons. Its maker shows it modally and reads the answer.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,10 @@ class frmNotice final : public Dialog {
   /// The button that was pressed, counted from 1; 0 as long as none was.
   int32_t Answer() const { return answer_; }
 
-  void CloseWindow() override { End(buttonCount_); }
+  void CloseWindow() override {
+    answer_ = buttonCount_;
+    Dialog::CloseWindow();
+  }
 
   ExtLabel lblText{*this, "lblText"};
   Button cmdFirst{*this, "cmdFirst"};
@@ -31,7 +34,7 @@ class frmNotice final : public Dialog {
   Button cmdThird{*this, "cmdThird"};
 
  private:
-  void End(int32_t answer);
+  void Press(int32_t button);
 
   int32_t buttonCount_ = 0;
   int32_t answer_ = 0;

@@ -6,23 +6,16 @@
 #include "dialogs/frmEditFolderset.h"
 
 namespace vexa {
-namespace {
-
-constexpr int32_t LogFlag = 1;
-constexpr int32_t LeaveCopyFlag = 2;
-constexpr int32_t AllFlags = LogFlag | LeaveCopyFlag;
-
-}  // namespace
 
 frmSharedFolders::frmSharedFolders(const Services& services)
     : Dialog("frmSharedFolders"),
       services_(services),
       routes_{{{chkSCal, txtSCal, ItemType::Appointment, StringId::SelectAppointmentFolder,
-                &frmEditFolderset::SharedCalEntryID, &frmEditFolderset::SharedCalStoreID},
+                &FolderSet::SharedCalEntryID, &FolderSet::SharedCalStoreID},
                {chkSJourn, txtSJourn, ItemType::Journal, StringId::SelectJournalFolder,
-                &frmEditFolderset::SharedJournEntryID, &frmEditFolderset::SharedJournStoreID},
-               {chkSTask, txtSTask, ItemType::Task, StringId::SelectTaskFolder,
-                &frmEditFolderset::SharedTaskEntryID, &frmEditFolderset::SharedTaskStoreID}}} {
+                &FolderSet::SharedJournEntryID, &FolderSet::SharedJournStoreID},
+               {chkSTask, txtSTask, ItemType::Task, StringId::SelectTaskFolder, &FolderSet::SharedTaskEntryID,
+                &FolderSet::SharedTaskStoreID}}} {
   LoadCaptions(services.resources);
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdCancel);
@@ -43,101 +36,87 @@ frmSharedFolders::frmSharedFolders(const Services& services)
   chkLog.OnClick = [this] { MarkChange(); };
   chkLeaveCopy.OnClick = [this] { MarkChange(); };
   cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", [this] { Ok(); });
-  cmdCancel.OnClick = [this] { Cancel(); };
+  cmdCancel.OnClick = [this] { End(true); };
 }
 
 void frmSharedFolders::Initialize(AddinAppRef vexaAddin, frmEditFolderset& parent,
                                   const std::string& contactFoldername, bool userHasWriteAccess) {
-  addin_ = std::move(vexaAddin);
-  parent_ = &parent;
-  userHasWriteAccess_ = userHasWriteAccess;
-  SetCaption(contactFoldername);
+  PassOn(Name(), "Initialize", [&] {
+    addin_ = std::move(vexaAddin);
+    parent_ = &parent;
+    record_ = parent.Record;
+    userHasWriteAccess_ = userHasWriteAccess;
+    SetCaption(contactFoldername);
 
-  initializing_ = true;
-  for (Route& route : routes_) Load(route);
-  chkLog.SetChecked((parent.FLAGS & LogFlag) == LogFlag);
-  chkLeaveCopy.SetChecked((parent.FLAGS & LeaveCopyFlag) == LeaveCopyFlag);
-  initializing_ = false;
+    initializing_ = true;
+    for (Route& route : routes_) Load(route);
+    initializing_ = false;
+    chkLog.SetChecked((record_.FLAGS & FolderSet::LogRouted) != 0);
+    chkLeaveCopy.SetChecked((record_.FLAGS & FolderSet::LeaveCopy) != 0);
 
-  cmdOk.SetEnabled(false);
-  if (!userHasWriteAccess_) {
-    // The buttons that choose folders stay usable: what they choose is shown and cannot be saved.
-    for (Control* control :
-         std::initializer_list<Control*>{&chkLeaveCopy, &chkLog, &chkSCal, &chkSJourn, &chkSTask}) {
-      control->SetEnabled(false);
+    cmdOk.SetEnabled(false);
+    if (!userHasWriteAccess_) {
+      // The buttons that choose folders stay usable: what they choose is shown and cannot be saved.
+      for (Control* control :
+           std::initializer_list<Control*>{&chkLeaveCopy, &chkLog, &chkSCal, &chkSJourn, &chkSTask}) {
+        control->SetEnabled(false);
+      }
     }
-  }
-}
-
-void frmSharedFolders::Load(Route& route) {
-  route.entryID = parent_->*route.parentEntryID;
-  route.storeID = parent_->*route.parentStoreID;
-  // A folder that is gone leaves its box clear, and OK forgets it.
-  IgnoreErrors([&] {
-    const FolderRef folder = ResolveFolder(Require(addin_), route.entryID, route.storeID);
-    if (folder == nullptr) return;
-    route.path.SetText(Require(addin_->Utilities()).GetFolderPath(folder));
-    route.box.SetChecked(true);
   });
 }
 
+void frmSharedFolders::Load(Route& route) {
+  // A folder that is gone leaves its box clear, and OK forgets it.
+  const FolderRef folder = FindStoredFolder(addin_, record_.*route.entryID, record_.*route.storeID);
+  if (folder == nullptr) return;
+  route.path.SetText(Require(Share(addin_)->Utilities()).GetFolderPath(folder));
+  route.box.SetChecked(true);
+}
+
 void frmSharedFolders::Choose(Route& route) {
-  const auto chosen =
-      ChooseFolder(Require(addin_), services_, {{route.itemType}, route.wrongTypeMessage, {}});
+  const auto chosen = ChooseFolder(addin_, services_, {{route.itemType}, route.wrongTypeMessage, {}});
   if (!chosen) return;
-  route.entryID = chosen->entryID;
-  route.storeID = chosen->storeID;
+  record_.*route.entryID = chosen->entryID;
+  record_.*route.storeID = chosen->storeID;
   route.path.SetText(chosen->path);
   route.box.SetChecked(true);
   MarkChange();
 }
 
 void frmSharedFolders::BoxChanged(Route& route) {
-  if (!route.path.Text().empty()) {
-    MarkChange();
-  } else if (route.box.Checked() && !initializing_) {
-    // Whatever the choice comes to, a box without a folder does not stay ticked.
-    try {
-      Choose(route);
-    } catch (...) {
-      route.box.SetChecked(false);
-      throw;
-    }
-    if (route.path.Text().empty()) route.box.SetChecked(false);
-  }
+  if (!initializing_ && FolderBoxChanged(route.box, route.path, [&] { Choose(route); })) MarkChange();
   route.path.SetEnabled(route.box.Checked());
 }
 
 void frmSharedFolders::MarkChange() { cmdOk.SetEnabled(userHasWriteAccess_); }
 
-void frmSharedFolders::WriteFlag(int32_t flag, const CheckBox& box) {
-  parent_->FLAGS = box.Checked() ? parent_->FLAGS | flag : parent_->FLAGS & ~flag;
-}
-
 void frmSharedFolders::Ok() {
   frmEditFolderset& editor = Require(parent_);
+  FolderSet record = record_;
   for (const Route& route : routes_) {
-    const bool wanted = route.box.Checked();
-    editor.*route.parentEntryID = wanted ? route.entryID : std::string();
-    editor.*route.parentStoreID = wanted ? route.storeID : std::string();
+    if (route.box.Checked()) continue;
+    (record.*route.entryID).clear();
+    (record.*route.storeID).clear();
   }
   // A value out of range is repaired to what a new folder set has; a negative one is left alone.
-  if (editor.FLAGS > AllFlags) editor.FLAGS = LeaveCopyFlag;
-  WriteFlag(LogFlag, chkLog);
-  WriteFlag(LeaveCopyFlag, chkLeaveCopy);
-  editor.UpdateButtons();
+  if (record.FLAGS > (FolderSet::LogRouted | FolderSet::LeaveCopy)) record.FLAGS = FolderSet::LeaveCopy;
+  const auto write = [&](int32_t flag, const CheckBox& box) {
+    record.FLAGS = box.Checked() ? record.FLAGS | flag : record.FLAGS & ~flag;
+  };
+  write(FolderSet::LogRouted, chkLog);
+  write(FolderSet::LeaveCopy, chkLeaveCopy);
+
+  FolderSet former = std::exchange(editor.Record, std::move(record));
+  try {
+    editor.UpdateButtons();
+  } catch (...) {
+    editor.Record = std::move(former);  // the dialog stays open, and its Cancel leaves the editor as it was
+    throw;
+  }
   End(false);
 }
 
-void frmSharedFolders::Cancel() { End(true); }
-
-void frmSharedFolders::CloseWindow() {
-  if (addin_ != nullptr || parent_ != nullptr) Cancel();
-}
-
-void frmSharedFolders::End(bool cancelled) {
-  Hide();
-  cancelled_ = cancelled;
+void frmSharedFolders::DropReferences() {
   addin_.reset();
   parent_ = nullptr;
 }

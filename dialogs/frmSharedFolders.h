@@ -1,11 +1,12 @@
 // The shared-folders dialog: where new appointments, journal items and tasks for the contacts of one folder
-// set are routed to. It works on copies of the editor's routing fields and hands them back on OK; they reach
+// set are routed to. It works on a copy of the editor's record and hands it back on OK; it reaches
 // the settings with the editor's own OK. The folder-set editor makes and shows it.
 #pragma once
 
 #include <array>
 #include <string>
 
+#include "dialogs/FolderSet.h"
 #include "dialogs/Screen.h"
 #include "display/Button.h"
 #include "display/CheckBox.h"
@@ -21,14 +22,10 @@ class frmSharedFolders final : public Dialog {
  public:
   explicit frmSharedFolders(const Services& services);
 
-  /// `contactFoldername` becomes the title. The editor outlives the dialog.
+  /// `contactFoldername` becomes the title. The editor outlives the dialog. A stored folder that is gone is
+  /// passed over; other failures come through.
   void Initialize(AddinAppRef vexaAddin, frmEditFolderset& parent, const std::string& contactFoldername,
                   bool userHasWriteAccess);
-
-  /// True when the dialog was closed by Cancel or by its window, false after OK.
-  bool Cancelled() const { return cancelled_; }
-
-  void CloseWindow() override;
 
   OptionsSection opsShared{*this, "opsShared", StringId::SharedActivityFolders, 2138};
   Label lblSharedInstr{*this, "lblSharedInstr", StringId::SharedActivityFoldersHelp};
@@ -53,26 +50,23 @@ class frmSharedFolders final : public Dialog {
     TextBox& path;
     ItemType itemType;
     StringId wrongTypeMessage;
-    std::string frmEditFolderset::*parentEntryID;
-    std::string frmEditFolderset::*parentStoreID;
-    std::string entryID{}, storeID{};
+    std::string FolderSet::*entryID;
+    std::string FolderSet::*storeID;
   };
 
   void Load(Route& route);
   void Choose(Route& route);
   void BoxChanged(Route& route);
   void MarkChange();
-  void WriteFlag(int32_t flag, const CheckBox& box);
   void Ok();
-  void Cancel();
-  void End(bool cancelled);
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;
   frmEditFolderset* parent_ = nullptr;
+  FolderSet record_;  // of which the routing is edited
   bool userHasWriteAccess_ = false;
   bool initializing_ = false;
-  bool cancelled_ = true;
   std::array<Route, 3> routes_;
 };
 

@@ -81,7 +81,7 @@ frmTrackingOptions::frmTrackingOptions(const Services& services)
   on(cmdFolders.OnClick, "cmdFolders_Click", &frmTrackingOptions::ChooseFolders);
   on(chkSearchNow.OnClick, "chkSearchNow_Click", &frmTrackingOptions::SearchNowChanged);
   on(cmdOk.OnClick, "cmdOk_Click", &frmTrackingOptions::Ok);
-  cmdCancel.OnClick = [this] { End(); };
+  cmdCancel.OnClick = [this] { End(true); };
 }
 
 void frmTrackingOptions::Initialize(AddinAppRef vexaAddin, RegSettingsRef tempRegSettings,
@@ -92,13 +92,14 @@ void frmTrackingOptions::Initialize(AddinAppRef vexaAddin, RegSettingsRef tempRe
     page_ = &theParent;
     Load();
     cmdOk.SetEnabled(false);
-    if (!CanWrite(*settings_)) Lock();
+    if (!CanWrite(*Share(settings_))) Lock();
     loaded_ = true;
   });
 }
 
 void frmTrackingOptions::Load() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef own = Share(settings_);
+  RegSettings& settings = *own;
   const int32_t method = settings.GetLoggingMethod();
   for (const TrackingSettings::Method& known : TrackingSettings::Methods) {
     if (known.number == method) (this->*known.option).Select();
@@ -106,7 +107,7 @@ void frmTrackingOptions::Load() {
   cmdFolders.SetEnabled(optCustom.Selected());
   for (const TrackingSettings::Flag& flag : TrackingSettings::Flags)
     (this->*flag.box).SetChecked((settings.*flag.get)());
-  const bool scanning = Require(Require(addin_).Scanner()).IsScanning();
+  const bool scanning = Require(Share(addin_)->Scanner()).IsScanning();
   chkSearchNow.SetEnabled(!scanning);
   chkSearchNow.SetChecked(page_->SearchNowPending || scanning);
   txtCategories.SetText(settings.GetTrackedCategories());
@@ -129,7 +130,7 @@ void frmTrackingOptions::MethodChosen() {
 void frmTrackingOptions::ChooseFolders() {
   frmFolders picker(services_);
   picker.Initialize(addin_, settings_, *this);
-  services_.windows.ShowModal(picker, this);
+  ShowModal(services_, *this, picker, this);
 }
 
 void frmTrackingOptions::SearchNowChanged() {
@@ -149,22 +150,24 @@ void frmTrackingOptions::SearchNowChanged() {
 }
 
 void frmTrackingOptions::Ok() {
-  RegSettings& settings = Require(settings_);
+  const RegSettingsRef settings = Share(settings_);
+  OptionsPage& page = Require(page_);
   for (const TrackingSettings::Method& method : TrackingSettings::Methods) {
-    if ((this->*method.option).Selected()) settings.LetLoggingMethod(method.number);
+    if ((this->*method.option).Selected()) settings->LetLoggingMethod(method.number);
   }
-  const auto write = [&](const TrackingSettings::Flag& flag) { (settings.*flag.let)(IsOn(this->*flag.box)); };
+  const auto write = [&](const TrackingSettings::Flag& flag) {
+    ((*settings).*flag.let)(IsOn(this->*flag.box));
+  };
   for (const TrackingSettings::Flag& flag : TrackingSettings::FlagsBeforeCategories) write(flag);
   if (txtCategories.Enabled())
-    settings.LetTrackedCategories(services_.desktop.LowerCase(txtCategories.Text()));
+    settings->LetTrackedCategories(services_.desktop.LowerCase(txtCategories.Text()));
   write(TrackingSettings::FlagAfterCategories);
-  page_->SearchNowPending = IsOn(chkSearchNow);
-  page_->SearchStopAtScanned = stopAtScanned_;
-  End();
+  page.SearchNowPending = IsOn(chkSearchNow);
+  page.SearchStopAtScanned = stopAtScanned_ && page.SearchNowPending;
+  End(false);
 }
 
-void frmTrackingOptions::End() {
-  Hide();
+void frmTrackingOptions::DropReferences() {
   addin_.reset();
   settings_.reset();
   page_ = nullptr;

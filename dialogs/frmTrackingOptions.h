@@ -22,7 +22,6 @@ class frmTrackingOptions final : public Dialog, public DialogParent {
 
   /// Enables OK; called by the dialog itself and by the folder picker's OK.
   void SetDirty() override { cmdOk.SetEnabled(true); }
-  void CloseWindow() override { End(); }
 
   OptionsSection opsLoggingMethod{*this, "opsLoggingMethod", StringId::LoggingMethod};
   Label lblInstructions{*this, "lblInstructions", StringId::LoggingMethodHelp};
@@ -58,7 +57,7 @@ class frmTrackingOptions final : public Dialog, public DialogParent {
   void ChooseFolders();
   void SearchNowChanged();
   void Ok();
-  void End();
+  void DropReferences() override;
 
   const Services& services_;
   AddinAppRef addin_;

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "display/Button.h"
@@ -73,6 +74,26 @@ class Form {
   Button* CancelButton() const { return cancelButton_; }
   void SetCancelButton(Button& button) { cancelButton_ = &button; }
 
+  /// An action of the user on a form, for the time of a scope. A call that it makes may let the user act
+  /// again before it returns; UserActions refuses that.
+  class Action {
+   public:
+    explicit Action(Form& form) : form_(form), former_(std::exchange(form.acting_, true)) {}
+    Action(const Action&) = delete;
+    Action& operator=(const Action&) = delete;
+    ~Action() { form_.acting_ = former_; }
+
+   private:
+    Form& form_;
+    bool former_;
+  };
+  bool IsActing() const { return acting_; }
+  /// Whether an action runs here or in a dialog opened from here. One that waits for its dialog does not
+  /// count.
+  bool IsAtWork() const { return openDialog_ != nullptr ? openDialog_->IsAtWork() : acting_; }
+  /// The dialog that an action of this form has opened and waits for; null for none.
+  void SetOpenDialog(const Form* dialog) { openDialog_ = dialog; }
+
   /// A key that no control took, by its virtual-key code.
   virtual void KeyDown(int /*keyCode*/) {}
 
@@ -91,13 +112,15 @@ class Form {
   std::vector<Control*> controls_;
   FormView* view_ = nullptr;
   bool enabled_ = true;
+  bool acting_ = false;
+  const Form* openDialog_ = nullptr;
   Pointer pointer_ = Pointer::Default;
   Control* focus_ = nullptr;
   Button* defaultButton_ = nullptr;
   Button* cancelButton_ = nullptr;
 };
 
-/// A modal window. Whoever shows it waits until it is no longer shown; its handlers end it with Hide.
+/// A modal window. Its opener waits until it is no longer shown; its handlers end it with End.
 class Dialog : public Form {
  public:
   using Form::Form;
@@ -112,14 +135,26 @@ class Dialog : public Form {
   }
   void Hide() { showing_ = false; }
 
+  /// True unless the dialog ended with its OK or another button that takes its place.
+  bool Cancelled() const { return cancelled_; }
   /// The user closes the window by its frame. Never validates.
-  virtual void CloseWindow() { Hide(); }
+  virtual void CloseWindow() {
+    if (showing_) End(true);
+  }
 
  protected:
+  /// Hides the dialog, notes how it ended, and drops what it was given to work with.
+  void End(bool cancelled) {
+    Hide();
+    cancelled_ = cancelled;
+    DropReferences();
+  }
+  virtual void DropReferences() {}
   void SetTopMost(bool topMost) { topMost_ = topMost; }
 
  private:
   bool showing_ = false;
+  bool cancelled_ = true;
   bool topMost_ = false;
 };
 

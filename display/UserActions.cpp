@@ -11,8 +11,6 @@
 
 namespace vexa {
 
-namespace {}  // namespace
-
 Outcome UserActions::Usability(const Control& control) const {
   if (!form_.Enabled()) return Outcome::Disabled;
   if (!control.IsShown()) return Outcome::Hidden;
@@ -25,13 +23,23 @@ Outcome UserActions::Reach(Control& control) {
   return form_.MoveFocus(control) ? Outcome::Done : Outcome::FocusKept;
 }
 
+template <typename Act>
+Outcome UserActions::Carry(Control& control, Act&& act) {
+  if (form_.IsActing()) return Outcome::Busy;
+  const Outcome outcome = Reach(control);
+  if (outcome != Outcome::Done) return outcome;
+  const Form::Action action(form_);
+  act();
+  return outcome;
+}
+
 Outcome UserActions::Click(Control& control) {
   switch (control.Kind()) {
     case ControlKind::Button: {
       auto& button = static_cast<Button&>(control);
       // Cancel never validates, so it takes no focus before it acts.
-      const Outcome outcome = &button == form_.CancelButton() ? Usability(control) : Reach(control);
-      return outcome == Outcome::Done ? PressButton(button) : outcome;
+      if (&button == form_.CancelButton()) return PressButton(button);
+      return Carry(button, [&] { Raise(button.OnClick); });
     }
     case ControlKind::CheckBox: {
       auto& box = static_cast<CheckBox&>(control);
@@ -45,17 +53,13 @@ Outcome UserActions::Click(Control& control) {
 }
 
 Outcome UserActions::DoubleClick(Control& control) {
-  const Outcome outcome = Reach(control);
-  if (outcome == Outcome::Done && control.Kind() == ControlKind::Grid) {
-    Raise(static_cast<Grid&>(control).OnDoubleClick);
-  }
-  return outcome;
+  return Carry(control, [&] {
+    if (control.Kind() == ControlKind::Grid) Raise(static_cast<Grid&>(control).OnDoubleClick);
+  });
 }
 
 Outcome UserActions::SetChecked(CheckBox& box, bool checked) {
-  const Outcome outcome = Reach(box);
-  if (outcome == Outcome::Done) box.SetChecked(checked);
-  return outcome;
+  return Carry(box, [&] { box.SetChecked(checked); });
 }
 
 Outcome UserActions::Choose(OptionButton& option) {
@@ -84,22 +88,22 @@ Outcome UserActions::SelectCell(Grid& grid, int32_t row, int32_t column) {
 }
 
 Outcome UserActions::ClickNode(Tree& tree, Tree::Node node) {
-  const Outcome outcome = Reach(tree);
-  if (outcome != Outcome::Done) return outcome;
-  tree.Select(node);
-  if (tree.OnNodeClick) tree.OnNodeClick(node);
-  return outcome;
+  return Carry(tree, [&] {
+    tree.Select(node);
+    if (tree.OnNodeClick) tree.OnNodeClick(node);
+  });
 }
 
 Outcome UserActions::CheckNode(Tree& tree, Tree::Node node, bool checked) {
-  const Outcome outcome = Reach(tree);
-  if (outcome != Outcome::Done || tree.Checked(node) == checked) return outcome;
-  tree.SetChecked(node, checked);
-  if (tree.OnNodeCheck) tree.OnNodeCheck(node);
-  return outcome;
+  return Carry(tree, [&] {
+    if (tree.Checked(node) == checked) return;
+    tree.SetChecked(node, checked);
+    if (tree.OnNodeCheck) tree.OnNodeCheck(node);
+  });
 }
 
 Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
+  if (form_.IsActing()) return Outcome::Busy;
   const Outcome outcome = Reach(tree);
   if (outcome != Outcome::Done || tree.Expanded(node) == expanded || tree.Children(node).empty()) {
     return outcome;
@@ -110,9 +114,10 @@ Outcome UserActions::Expand(Tree& tree, Tree::Node node, bool expanded) {
     const Tree::Node selected = tree.Selected();
     return selected != Tree::NoNode && tree.IsBelow(selected, node) ? ClickNode(tree, node) : outcome;
   }
-  if (tree.OnExpand) tree.OnExpand(node);
-  if (!tree.Children(node).empty()) tree.SetExpanded(node, true);
-  return outcome;
+  return Carry(tree, [&] {
+    if (tree.OnExpand) tree.OnExpand(node);
+    if (!tree.Children(node).empty()) tree.SetExpanded(node, true);
+  });
 }
 
 Outcome UserActions::ExpandAll(Tree& tree, Tree::Node node) {
@@ -123,9 +128,7 @@ Outcome UserActions::ExpandAll(Tree& tree, Tree::Node node) {
 }
 
 Outcome UserActions::ClickWord(ExtLabel& label, size_t word, int button, int shift) {
-  const Outcome outcome = Reach(label);
-  if (outcome == Outcome::Done) label.ClickWord(word, button, shift);
-  return outcome;
+  return Carry(label, [&] { label.ClickWord(word, button, shift); });
 }
 
 Outcome UserActions::ClickHotSpot(ExtLabel& label, int32_t hotSpot) {
@@ -279,8 +282,11 @@ Outcome UserActions::Escape() {
 }
 
 Outcome UserActions::PressButton(Button& button) {
+  if (form_.IsActing() && &button != form_.CancelButton()) return Outcome::Busy;
   const Outcome outcome = Usability(button);
-  if (outcome == Outcome::Done) Raise(button.OnClick);
+  if (outcome != Outcome::Done) return outcome;
+  const Form::Action action(form_);
+  Raise(button.OnClick);
   return outcome;
 }
 
@@ -296,6 +302,8 @@ std::string ReasonFor(Outcome outcome) {
       return "is read-only";
     case Outcome::FocusKept:
       return "is out of reach";
+    case Outcome::Busy:
+      return "is busy";
     case Outcome::NotTaken:
       return "takes nothing of the kind";
   }

@@ -1,6 +1,8 @@
 // What a user can do to a form with mouse and keyboard, as verbs. Every verb first asks whether a user
 // could do it: an action on a disabled or hidden control is refused, and a text box with an invalid entry
-// keeps the focus, so that a click elsewhere never arrives. Scripts and views both come in through here.
+// keeps the focus, so that a click elsewhere never arrives. While an action runs, the form refuses a second
+// one: an outside call may let the user click again before it returns. Cancel, Esc and closing always work.
+// Scripts and views both come in through here.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +26,7 @@ enum class Outcome {
   Hidden,
   ReadOnly,   // a text box that only code fills
   FocusKept,  // another control keeps the focus, so nothing arrived
+  Busy,       // the form still carries out another action
   NotTaken,   // nothing here takes this key
 };
 
@@ -82,6 +85,9 @@ class UserActions {
  private:
   Outcome Usability(const Control& control) const;
   Outcome Reach(Control& control);
+  /// Reaches the control and runs `act`, which may call the outside, unless the form is busy.
+  template <typename Act>
+  Outcome Carry(Control& control, Act&& act);
   Outcome PressButton(Button& button);
   Outcome PressArrow(Control& control, int keyCode);
   Outcome PressInTree(Tree& tree, int keyCode);

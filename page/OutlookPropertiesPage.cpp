@@ -47,7 +47,7 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   };
   cmdHelp.OnClick = [this] { Trapped([&] { ShowHelp(); }); };
   cmdIDEApply.OnClick = [this] {
-    PropertyPage_Apply();
+    ApplyTrapped();
     cmdIDEApply.SetEnabled(false);
   };
 }
@@ -56,46 +56,64 @@ OutlookPropertiesPage::~OutlookPropertiesPage() {
   if (addinApp_ != nullptr) Release();
 }
 
+void OutlookPropertiesPage::RequireCurrent(const Work& work) const {
+  if (work.generation != generation_) throw MakeError(ErrorNumber::ObjectNotSet);
+}
+
 void OutlookPropertiesPage::Initialize(AddinAppRef addinApp, bool reinitialize) {
   PassOn(Name(), "Initialize", [&] {
+    if (hiding_) throw MakeError(ErrorNumber::ObjectNotSet);
     pageActive_ = false;
-    LoadWorkingCopy(std::move(addinApp), reinitialize);
-    FillTrackedContacts();
-    ShowAccess();
+    const Work work = LoadWorkingCopy(std::move(addinApp), reinitialize);
+    PassOn(Name(), "FillTrackedContacts", [&] { FillRows(work); });
+    ShowAccess(work);
     cmdIDEApply.SetVisible(InDevelopmentMode);
     pageActive_ = true;
   });
 }
 
-void OutlookPropertiesPage::LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize) {
+OutlookPropertiesPage::Work OutlookPropertiesPage::LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize) {
+  Work work{reinitialize ? addinApp_ : std::move(addinApp), nullptr, ++generation_};
   if (!reinitialize) {
     bool open = true;
-    Require(addinApp).SetOptionsPageOpen(open);
-    addinApp_ = std::move(addinApp);
+    Require(work.addin).SetOptionsPageOpen(open);
+    if (work.generation != generation_ && addinApp_ == nullptr) {
+      // Hidden before it held the add-in, which would take the page for open.
+      IgnoreErrors([&] { work.addin->SetOptionsPageOpen(open = false); });
+    }
+    RequireCurrent(work);
+    addinApp_ = work.addin;
   }
-  settings_ = services_.objects.CreateRegSettings();
-  bool bypassBlocked = Require(Require(addinApp_).Utilities()).BypassBlocked();
-  bool delayAvailable = Require(addinApp_->Utilities()).DelayAvailable();
-  Require(settings_).Load(0, bypassBlocked, delayAvailable);
+  work.settings = services_.objects.CreateRegSettings();
+  RequireCurrent(work);
+  settings_ = work.settings;
+  bool bypassBlocked = Require(Require(work.addin).Utilities()).BypassBlocked();
+  bool delayAvailable = Require(work.addin->Utilities()).DelayAvailable();
+  Require(work.settings).Load(0, bypassBlocked, delayAvailable);
+  RequireCurrent(work);
+  return work;
 }
 
-void OutlookPropertiesPage::ShowAccess() {
-  if (!CanWrite(*settings_)) {
+void OutlookPropertiesPage::ShowAccess(const Work& work) {
+  const bool writable = CanWrite(*work.settings);
+  RequireCurrent(work);
+  if (!writable) {
     cmdRemove.SetEnabled(false);
     cmdAdd.SetEnabled(false);
     cmdChange.SetCaption(services_.resources.LoadString(StringId::View));
     cmdTracking.SetCaption(services_.resources.LoadString(StringId::View));
   }
-  const bool enterprise = settings_->GetUsingEnterpriseSettings();
-  const bool canWrite = CanWrite(*settings_);
+  const bool enterprise = work.settings->GetUsingEnterpriseSettings();
+  const bool canWrite = CanWrite(*work.settings);
   StringId footer = StringId::None;
   if (enterprise) {
     footer = canWrite ? StringId::ChangesAffectEnterprise : StringId::CannotChangeEnterprise;
   } else if (!canWrite) {
     footer = StringId::CannotMakeChanges;
-  } else if (settings_->GetAllUsersMode()) {
+  } else if (work.settings->GetAllUsersMode()) {
     footer = StringId::ChangesAffectAllUsers;
   }
+  RequireCurrent(work);
   if (footer != StringId::None) {
     lblFooter.SetCaption(services_.resources.LoadString(footer));
     lblFooter.SetVisible(true);
@@ -107,14 +125,21 @@ void OutlookPropertiesPage::PropertyPage_GetPageInfo(std::string& /*helpFile*/, 
 }
 
 void OutlookPropertiesPage::PropertyPage_Apply() {
+  if (!IsAtWork()) ApplyTrapped();
+}
+
+void OutlookPropertiesPage::ApplyTrapped() {
   Trapped([&] { PassOn(Name(), "PropertyPage_Apply", [&] { Apply(); }); });
 }
 
 void OutlookPropertiesPage::Apply() {
   if (!pageActive_ || !dirty_) return;
-  Require(addinApp_).ApplySettings(settings_);
+  const AddinAppRef addin = Share(addinApp_);
+  RegSettingsRef settings = settings_;
+  addin->ApplySettings(settings);
+  if (addinApp_ != addin) throw MakeError(ErrorNumber::ObjectNotSet);  // hidden meanwhile
   if (SearchNowPending) {
-    Require(addinApp_->Scanner()).StartSearch(SearchStopAtScanned);
+    Require(addin->Scanner()).StartSearch(SearchStopAtScanned);
     SearchNowPending = false;
   }
   Initialize(nullptr, true);
@@ -127,13 +152,17 @@ std::string OutlookPropertiesPage::TabTitle() const {
 void OutlookPropertiesPage::UserControl_Hide() { Release(); }
 
 void OutlookPropertiesPage::Release() noexcept {
+  if (hiding_) return;
+  hiding_ = true;
   IgnoreErrors([&] {
     bool open = false;
-    Require(addinApp_).SetOptionsPageOpen(open);
+    Share(addinApp_)->SetOptionsPageOpen(open);
   });
+  ++generation_;
   addinApp_.reset();
   settings_.reset();
   pageActive_ = false;
+  hiding_ = false;
 }
 
 void OutlookPropertiesPage::SetDirty() {
@@ -155,39 +184,45 @@ void OutlookPropertiesPage::KeyDown(int keyCode) {
 }
 
 std::string OutlookPropertiesPage::ErrorLogPath() {
-  return settings_ == nullptr ? std::string() : settings_->GetErrorLogPath();
+  return settings_ == nullptr ? std::string() : Share(settings_)->GetErrorLogPath();
 }
 
 void OutlookPropertiesPage::ShowTrackingOptions() {
+  const Work work = Begin();
   frmTrackingOptions tracking(services_);
-  tracking.Initialize(addinApp_, settings_, *this);
-  services_.windows.ShowModal(tracking, nullptr);
+  tracking.Initialize(work.addin, work.settings, *this);
+  RequireCurrent(work);
+  ShowModal(services_, *this, tracking, nullptr);
   SetDirty();  // whatever came of it
 }
 
 void OutlookPropertiesPage::ShowAdvanced() {
+  const Work work = Begin();
   frmAdvanced advanced(services_);
-  advanced.Initialize(addinApp_, settings_, *this);
+  advanced.Initialize(work.addin, work.settings, *this);
+  RequireCurrent(work);
   // The dialog itself marks the page when it saves.
-  services_.windows.ShowModal(advanced, nullptr);
+  ShowModal(services_, *this, advanced, nullptr);
 }
 
 void OutlookPropertiesPage::ShowAbout() {
+  const Work work = Begin();
   frmAbout about(services_);
-  about.AboutInfo = Require(Require(addinApp_).Utilities()).AboutInfo();
-  about.Initialize(Require(settings_));
-  services_.windows.ShowModal(about, this);
+  about.AboutInfo = Require(Require(work.addin).Utilities()).AboutInfo();
+  about.Initialize(work.settings);
+  RequireCurrent(work);
+  ShowModal(services_, *this, about, this);
 }
 
 void OutlookPropertiesPage::RestoreHiddenDialogs() {
   const MessageAnswer answer = services_.desktop.Show(
       services_.resources.LoadString(StringId::RestoreHiddenDialogsQuestion), MessageIcon::None,
       MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
-  if (answer == MessageAnswer::Ok) Require(settings_).RestoreHiddenDialogs();
+  if (answer == MessageAnswer::Ok) Share(settings_)->RestoreHiddenDialogs();
 }
 
 void OutlookPropertiesPage::ShowHelp() {
-  const std::string folder = Require(Require(Require(addinApp_).Utilities()).App()).Path();
+  const std::string folder = Require(Require(Share(addinApp_)->Utilities()).App()).Path();
   const size_t lastComponent = folder.rfind('\\');
   const std::string parent =
       lastComponent == std::string::npos ? std::string() : folder.substr(0, lastComponent);

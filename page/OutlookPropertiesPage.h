@@ -28,12 +28,15 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   // --- called by the host and the add-in
 
   /// Makes a fresh working copy and shows it. With `reinitialize` the add-in given is ignored and the one
-  /// from before stays. Errors of the add-in's objects come through, and the page stays inactive then.
+  /// from before stays. Errors of the add-in's objects come through, and the page stays inactive then. Error
+  /// 91 without an add-in, while the page is being hidden, and when an outside call led to the page being
+  /// hidden or initialised anew.
   void Initialize(AddinAppRef addinApp, bool reinitialize = false);
   void PropertyPage_GetPageInfo(std::string& helpFile, int32_t& helpContext);
   bool PropertyPage_Dirty() const { return dirty_; }
   /// Hands the working copy to the add-in and starts a pending search; does nothing on a page that is not
-  /// active or not dirty. Its errors are nobody's business but a developer's.
+  /// active or not dirty, or while an action of the user is still changing the copy. Its errors are trapped
+  /// except in development mode.
   void PropertyPage_Apply();
   /// Title of the tab.
   std::string TabTitle() const;
@@ -71,17 +74,30 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   Button cmdIDEApply{*this, "cmdIDEApply"};
 
  private:
+  /// What an action of the page works with, its own from start to end. Any outside call may hide the page or
+  /// initialise it anew before it returns.
+  struct Work {
+    AddinAppRef addin;
+    RegSettingsRef settings;
+    uint32_t generation;
+  };
+  Work Begin() const { return {addinApp_, settings_, generation_}; }
+  /// Error 91 when the page has dropped or replaced what the action works with.
+  void RequireCurrent(const Work& work) const;
+
   struct FolderSetLists;
 
-  void LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize);
-  void ShowAccess();
+  Work LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize);
+  void ShowAccess(const Work& work);
+  void ApplyTrapped();
   void Apply();
   void Release() noexcept;
 
+  void FillRows(const Work& work);
   void FillRow(FolderSetLists& lists, int32_t folderSet);
-  void UpdateButtons();
+  void UpdateButtons(const Work& work);
   void UpdateDefaultButton();
-  void EditFolderSet(int32_t folderSet, bool modeEdit);
+  void EditFolderSet(const Work& work, int32_t folderSet, bool modeEdit);
   void AddFolderSet();
   void ChangeFolderSet();
   void RemoveFolderSet();
@@ -98,6 +114,8 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   RegSettingsRef settings_;
   bool dirty_ = false;
   bool pageActive_ = false;
+  bool hiding_ = false;
+  uint32_t generation_ = 0;  // raised by each Initialize and each hiding
 };
 
 }  // namespace vexa

@@ -135,8 +135,8 @@ class OutsideCalls {
       auto& editor = static_cast<frmEditFolderset&>(dialog);
       // Thirteen values from lists, two paths, the update, and whether anything may be written.
       AddSince(atChange, "Change...: open the editor", 26 + 2 * 4 + 4 + 1);
-      editor.SharedCalEntryID = "free";
-      editor.SharedCalStoreID = "S";
+      editor.Record.SharedCalEntryID = "free";
+      editor.Record.SharedCalStoreID = "S";
       const int64_t atShared = Calls();
       scene.InNextDialog([&](Dialog& inner) {
         auto& shared = static_cast<frmSharedFolders&>(inner);
