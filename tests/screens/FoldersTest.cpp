@@ -85,6 +85,18 @@ TEST(Selection, EndsWithTheShortestOfCountAndLists) {
   }
 }
 
+TEST(FolderChecks, OfAStoredRootCanBeTakenAway) {
+  PickerScene scene;
+  scene.Store("C0", "CC", 1);
+  const Tree& tree = scene.Open().tvFolders;
+  EXPECT_TRUE(tree.Checked(scene.At("Archive")));
+  scene.Check("Archive", false);
+  scene.Check("Archive");
+  EXPECT_FALSE(tree.Checked(scene.At("Archive"))) << "it cannot be checked again";
+  scene.Click(scene.picker->cmdOk);
+  EXPECT_EQ(scene.Stored(), "0:");
+}
+
 TEST(Folders, ShowThePictureOfWhatTheyAre) {
   PickerScene scene;
   for (const int itemType : {0, 1, 2, 3, 4, 5, 6, 7, 8, -1}) {

@@ -101,7 +101,9 @@ class PickerScene final : public DialogParent {
   }
   void Expand(std::string_view path) { User().Expand(picker->tvFolders, At(path), true); }
   void Select(std::string_view path) { User().ClickNode(picker->tvFolders, At(path)); }
-  void Check(std::string_view path) { User().CheckNode(picker->tvFolders, At(path), true); }
+  void Check(std::string_view path, bool checked = true) {
+    User().CheckNode(picker->tvFolders, At(path), checked);
+  }
   void CheckItem(int32_t id) { User().CheckNode(picker->tvItems, picker->tvItems.Find(NumberKey(id)), true); }
   void Click(Button& button) { User().Click(button); }
 

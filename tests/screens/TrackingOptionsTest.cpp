@@ -35,5 +35,15 @@ TEST(Tracking, OkDuringAScanTakesTheWaitingSearchBack) {
   EXPECT_FALSE(scene.Page().SearchNowPending) << "a disabled box counts as not ticked";
 }
 
+TEST(Tracking, ASearchTakenBackDoesNotSayWhereToStop) {
+  Scene scene;
+  InTracking(scene, [&](frmTrackingOptions& dialog, UserActions& user) {
+    user.Click(dialog.chkSearchNow);  // and Yes, it stops at scanned items
+    user.Click(dialog.chkSearchNow);
+    user.Click(dialog.cmdOk);
+  });
+  EXPECT_FALSE(scene.Page().SearchStopAtScanned);
+}
+
 }  // namespace
 }  // namespace vexa::workbench
