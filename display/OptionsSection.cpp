@@ -1,5 +1,7 @@
 #include "display/OptionsSection.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace vexa {
@@ -44,7 +46,9 @@ OptionsSection::SavedProperties OptionsSection::WriteProperties() const {
 
 void OptionsSection::LayOut() {
   if (measure_) captionWidth_ = measure_(Caption());
-  line1_.x1 = captionLeft_ + captionWidth_ + GapBehindCaption;
+  constexpr int most = std::numeric_limits<int>::max();
+  line1_.x1 =
+      captionLeft_ + std::min(captionWidth_, most - captionLeft_ - GapBehindCaption) + GapBehindCaption;
   line2_.x1 = line1_.x1;
   Changed();
 }

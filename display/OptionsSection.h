@@ -13,7 +13,7 @@ namespace vexa {
 
 class OptionsSection final : public Control {
  public:
-  /// Width of a caption in the control's units.
+  /// Width of a caption in the control's units, 0 or more. The rule starts at INT_MAX at most.
   using Measure = std::function<int(const std::string& caption)>;
 
   struct Line {

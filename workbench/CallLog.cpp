@@ -183,19 +183,19 @@ const std::vector<std::string>& CallLog::KnownMembers() {
   return members;
 }
 
+std::string OneLine(std::string_view text) {
+  std::string line;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i, 2) == "\r\n") ++i;
+    const bool breaks = text[i] == '\n' || text[i] == '\r';
+    line += breaks ? std::string_view("|n") : text.substr(i, 1);
+  }
+  return line;
+}
+
 std::string QuotedText(std::string_view text) {
   std::string quoted = "\"";
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text.substr(i, 2) == "\r\n") {
-      quoted += "|n";
-      ++i;
-    } else if (text[i] == '\n' || text[i] == '\r') {
-      quoted += "|n";
-    } else {
-      if (text[i] == '"') quoted += '"';
-      quoted += text[i];
-    }
-  }
+  for (const char letter : OneLine(text)) quoted.append(letter == '"' ? 2 : 1, letter);
   return quoted += '"';
 }
 

@@ -116,6 +116,8 @@ class CallLog {
   int64_t calls_ = 0;
 };
 
+/// `text` with its line breaks as "|n".
+std::string OneLine(std::string_view text);
 /// `text` in double quotes, as the trace and the console write texts; quotes inside are doubled, line breaks
 /// read "|n".
 std::string QuotedText(std::string_view text);

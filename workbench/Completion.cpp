@@ -93,6 +93,8 @@ Console::Completions Console::Complete(std::string_view line) const {
     for (const std::string_view name : CommandNames()) offer(name);
     return found;
   }
+  // The command that is to run inside a call is completed like any other.
+  while (words.size() > 3 && SameName(words.front(), "during")) words.erase(words.begin(), words.begin() + 3);
   const Command* const command = FindCommand(words.front());
   if (command == nullptr) return found;
   const std::vector<std::unique_ptr<FormDriver>> forms = OpenForms();

@@ -1,6 +1,7 @@
 #include "workbench/Console.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "workbench/Names.h"
 
@@ -36,6 +37,35 @@ std::string ErrorLine(const Error& error) {
   return "error " + std::to_string(error.Number) + " " + QuotedText(error.Description) + " from " +
          QuotedText(error.Source);
 }
+
+/// The command that the first word names; ScriptError when there is none or it takes another number of words.
+const Command& RequireCommand(const std::vector<std::string>& words) {
+  const Command* const command = FindCommand(words.front());
+  if (command == nullptr) {
+    throw ScriptError("unknown command \"" + words.front() + "\"" +
+                      SuggestName(words.front(), CommandNames()));
+  }
+  const size_t arguments = words.size() - 1;
+  const std::string name(command->name);
+  if (arguments < command->least || arguments > command->most) {
+    throw ScriptError(name + ": too " + (arguments < command->least ? "few" : "many") +
+                      " arguments; right would be: " + name + " " + std::string(command->arguments));
+  }
+  return *command;
+}
+
+/// Gives a switch another value for a while.
+class Restored {
+ public:
+  Restored(bool& place, bool value) : place_(place), former_(std::exchange(place, value)) {}
+  Restored(const Restored&) = delete;
+  Restored& operator=(const Restored&) = delete;
+  ~Restored() { place_ = former_; }
+
+ private:
+  bool& place_;
+  bool former_;
+};
 
 }  // namespace
 
@@ -108,6 +138,8 @@ void Console::Execute(const std::string& line) {
     // What "say" prints stands for itself; without the command a transcript could not say it again.
     const bool speaks = SameName(words.front(), "say") && !source_.transcript;
     if (!source_.interactive && !speaks) Out() << CommandMark << line << "\n";
+    // Dialogs that were opened inside a call read commands that are not.
+    const Restored inside(insideCall_, false);
     RunCommand(words);
   } catch (const ScriptError& error) {
     Fail(error.what());
@@ -115,39 +147,49 @@ void Console::Execute(const std::string& line) {
   if (!trouble_.empty()) Fail("ended by \"strict\": " + trouble_, 3);
 }
 
-void Console::PlanDuring(const std::string& member, int n, std::vector<std::string> command) {
-  Stage().calls.PlanInterruption(member, n, [this, member, words = std::move(command)] {
-    std::string line;
-    for (const std::string& word : words) line += " " + word;
-    Out() << "[during " << member << ":" << line << "]\n";
-    ++interrupting_;
-    RunCommand(words);
-    --interrupting_;
+void Console::PlanDuring(std::string_view member, int n, const std::vector<std::string>& command) {
+  RequireCommand(command);
+  Stage().calls.PlanInterruption(member, n, [this, member = std::string(member), command] {
+    if (ended_) return;
+    driver_->RunInsideCall([&] {
+      std::string line = "[during " + member + ":";
+      for (const std::string& word : command) {
+        const bool plain = !word.empty() && word.find_first_of(" \t\"#") == std::string::npos;
+        line += " " + (plain ? word : QuotedText(word));
+      }
+      Out() << line << "]\n";
+      const Restored inside(insideCall_, true);
+      RunCommand(command);
+    });
   });
 }
 
 void Console::RunCommand(const std::vector<std::string>& words) {
   std::string name;
   try {
-    const Command* const command = FindCommand(words.front());
-    if (command == nullptr) {
-      throw ScriptError("unknown command \"" + words.front() + "\"" +
-                        SuggestName(words.front(), CommandNames()));
-    }
-    name = std::string(command->name) + ": ";
-    const std::vector<std::string> arguments(words.begin() + 1, words.end());
-    if (arguments.size() < command->least || arguments.size() > command->most) {
-      throw ScriptError("too " + std::string(arguments.size() < command->least ? "few" : "many") +
-                        " arguments; right would be: " + std::string(command->name) + " " +
-                        std::string(command->arguments));
-    }
-    command->run(*this, arguments);
+    const Command& command = RequireCommand(words);
+    name = std::string(command.name) + ": ";
+    command.run(*this, {words.begin() + 1, words.end()});
   } catch (const ScriptError& error) {
     Fail(name + error.what());
   } catch (const ProfileError& error) {
     Fail(name + error.what());
-  } catch (const Error& error) {
-    Out() << ErrorLine(error) << "\n";  // in development mode errors surface from event handlers
+  } catch (const OtherHostsOnly& reason) {
+    Out() << "skipped: " << reason.what() << "\n";
+  } catch (...) {
+    PrintError();  // in development mode errors surface from event handlers
+  }
+}
+
+void Console::PrintError() {
+  try {
+    throw;
+  } catch (const ScriptError&) {
+    throw;
+  } catch (const HostError&) {
+    throw;
+  } catch (...) {
+    Out() << ErrorLine(CurrentError()) << "\n";
     NoteTrouble("an error came out");
   }
 }
@@ -176,6 +218,8 @@ void Console::NoteUnusedAnswers() {
   note(messageAnswers_.size(), "message answer(s)");
   note(browses_.size(), "folder-browsing answer(s)");
   note(shellCodes_.size(), "shell code(s)");
+  const size_t planned = stage_ == nullptr ? 0 : stage_->calls.InterruptionsPlanned();
+  if (planned > 0) out_ << "note: " << planned << " command(s) planned with \"during\" did not run\n";
 }
 
 std::ostream& Console::Out() {
@@ -196,9 +240,8 @@ void Console::EndLine() {
 void Console::AsHost(const std::function<void()>& call) {
   try {
     call();
-  } catch (const Error& error) {
-    Out() << ErrorLine(error) << "\n";
-    NoteTrouble("an error came out");
+  } catch (...) {
+    PrintError();
   }
 }
 
@@ -228,11 +271,12 @@ void Console::SetLanguage(int32_t language) {
 }
 
 void Console::RequireNoDialog() const {
-  if (driver_ == nullptr || driver_->DialogCount() == 0) return;
+  if (insideCall_ || driver_ == nullptr || driver_->DialogCount() == 0) return;
   throw ScriptError(OpenForms().back()->Name() + " is open; close it first");
 }
 
 void Console::RequireNoForm() const {
+  if (insideCall_) throw ScriptError("an outside call is still running");
   RequireNoDialog();
   if (driver_ != nullptr && driver_->HasPage()) throw ScriptError("release the page first");
 }

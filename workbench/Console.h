@@ -80,7 +80,8 @@ class Console final : public ModalWindows, public UserAnswers {
   /// The form that takes the user's input: the dialog opened last, or the page.
   std::unique_ptr<FormDriver> TopForm();
   std::vector<std::unique_ptr<FormDriver>> OpenForms() const;
-  /// ScriptError while a dialog is open: the page that it belongs to cannot go.
+  /// ScriptError while a dialog is open: the page that it belongs to cannot go. Inside an outside call the
+  /// container may do as it likes.
   void RequireNoDialog() const;
   /// A control of the top form by its name; ScriptError when there is none.
   FormDriver::ControlName FindControl(const std::string& name);
@@ -105,10 +106,9 @@ class Console final : public ModalWindows, public UserAnswers {
   /// In a strict script what a user could live through, a refusal or an error, ends the run.
   void SetStrict(bool strict) { strict_ = strict; }
   void NoteTrouble(const std::string& what);
-  /// Plans a command for the n-th call of `member` from now on.
-  void PlanDuring(const std::string& member, int n, std::vector<std::string> command);
-  /// Whether a command runs inside an outside call.
-  bool IsInterrupting() const { return interrupting_ > 0; }
+  /// Plans a command, given by its words, to run inside the n-th call of `member` from now on (counted from
+  /// 1). Error: ScriptError if there is no such command or the number of its arguments is wrong.
+  void PlanDuring(std::string_view member, int n, const std::vector<std::string>& command);
   /// Stops reading commands.
   void Quit() { ended_ = true; }
   /// The commands from here on are for consoles without windows only, or for all hosts again.
@@ -136,6 +136,8 @@ class Console final : public ModalWindows, public UserAnswers {
   void ReadCommands(const std::function<bool()>& goOn);
   void Execute(const std::string& line);
   void RunCommand(const std::vector<std::string>& words);
+  /// Inside a catch block: prints what the library has thrown. What a host or a script did wrong goes on.
+  void PrintError();
   void Fail(const std::string& message, int status = 2);
   void EndLine();
   bool ReadLine(std::string& line, const std::string& prompt);
@@ -145,6 +147,7 @@ class Console final : public ModalWindows, public UserAnswers {
   /// ends the run.
   std::optional<std::string> Ask(const std::string& question, const char* kind, const std::string& choices);
   void NoteUnusedAnswers();
+  /// ScriptError while the stage is in use.
   void RequireNoForm() const;
 
   CommandSource source_;
@@ -159,7 +162,7 @@ class Console final : public ModalWindows, public UserAnswers {
   std::string choices_;  // of the question that a person is asked
   std::ostream* json_ = nullptr;
   bool consoleOnly_ = false;
-  int interrupting_ = 0;
+  bool insideCall_ = false;  // the running command runs inside an outside call
   std::optional<int32_t> language_;
 
   std::deque<std::optional<std::string>> picks_;  // a path, or nothing to cancel

@@ -46,7 +46,7 @@ void PrintGrid(std::ostream& out, const ControlState& grid) {
     if (row != 0) out << std::setw(5) << row;
     for (size_t column = 0; column < grid.rows[row].size(); ++column) {
       const bool here = current && static_cast<int32_t>(column) == grid.currentColumn;
-      out << " | " << (here ? "*" : "") << grid.rows[row][column];
+      out << " | " << (here ? "*" : "") << OneLine(grid.rows[row][column]);
     }
     out << "\n";
   }
@@ -58,7 +58,7 @@ void PrintTree(std::ostream& out, const ControlState& tree) {
         << (!node.hasChildren ? "  "
             : node.expanded   ? "- "
                               : "+ ")
-        << (node.checked ? "[x] " : "[ ] ") << node.text;
+        << (node.checked ? "[x] " : "[ ] ") << OneLine(node.text);
     if (!node.image.empty()) out << "  {" << node.image << "}";
     out << "\n";
   }

@@ -56,7 +56,7 @@ void Hide(Console& console, const Words&) { console.HostWithPage().Hide(); }
 
 void Release(Console& console, const Words&) {
   HostDriver& host = console.HostWithPage();
-  if (!console.IsInterrupting()) console.RequireNoDialog();
+  console.RequireNoDialog();
   host.Release();
 }
 
@@ -78,7 +78,8 @@ void AskPage(Console& console, const Words& words) {
   } else if (SameName(what, "name")) {
     out << "Name: " << QuotedText(host.Title()) << "\n";
   } else if (SameName(what, "active")) {
-    out << "PageActive: " << (host.PageActive() ? "True" : "False") << "\n";
+    const bool active = host.PageActive();
+    out << "PageActive: " << (active ? "True" : "False") << "\n";
   } else if (SameName(what, "page-info")) {
     const HostDriver::PageInfo info = host.GetPageInfo({"as the host passed it", 4711});
     out << "HelpFile: " << QuotedText(info.helpFile) << ", HelpContext: " << info.helpContext << "\n";

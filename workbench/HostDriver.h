@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,12 @@
 namespace vexa::workbench {
 
 class Console;
+
+/// The host itself no longer works; ends the run.
+class HostError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 class HostDriver {
  public:
@@ -47,7 +54,7 @@ class HostDriver {
   virtual std::string Title() = 0;
   virtual PageInfo GetPageInfo(PageInfo passed) = 0;
 
-  // What only a console within the library's process can do; ScriptError elsewhere.
+  // What only a console within the library's process can do; OtherHostsOnly elsewhere.
   virtual bool PageActive() = 0;
   virtual void SetDevelopmentMode(bool on) = 0;
 
@@ -68,6 +75,10 @@ class HostDriver {
                           const std::function<void(int32_t)>& answered) = 0;
   /// Shows Outlook's folder picker to whoever answers.
   virtual std::optional<FolderIndex> PickFolder() = 0;
+
+  /// Inside an outside call, on the thread that makes it: runs `command` on the script's thread, then
+  /// returns. The windows remain usable meanwhile.
+  virtual void RunInsideCall(const std::function<void()>& command) = 0;
 };
 
 /// Makes the driver for a stage that was just set. The driver is gone before the stage is.

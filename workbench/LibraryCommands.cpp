@@ -1,6 +1,8 @@
 // Commands that try parts of the library by themselves: localized texts, error records and their trails,
 // the geometry of section headers.
+#include <algorithm>
 #include <array>
+#include <limits>
 
 #include "core/CachedError.h"
 #include "workbench/Console.h"
@@ -181,11 +183,8 @@ void PrintSection(std::ostream& out, const OptionsSection& section) {
 }
 
 int32_t LengthWord(const std::string& word, std::string_view what) {
-  constexpr int32_t longest = 100000;
   const int32_t length = NumberWord(word, what);
-  if (length < 0 || length > longest) {
-    throw ScriptError(std::string(what) + " must be from 0 to " + std::to_string(longest) + ", not " + word);
-  }
+  if (length < 0) throw ScriptError(std::string(what) + " must not be negative");
   return length;
 }
 
@@ -200,7 +199,8 @@ void Section(Console& console, const Words& words) {
   } else if (SameName(verb, "measure") && oneArgument) {
     const int32_t perCharacter = LengthWord(words[1], "the width of a character");
     section.SetMeasure([perCharacter](const std::string& caption) {
-      return perCharacter * static_cast<int>(caption.size());
+      const int64_t width = int64_t{perCharacter} * static_cast<int64_t>(caption.size());
+      return static_cast<int>(std::min<int64_t>(width, std::numeric_limits<int>::max()));
     });
   } else if (SameName(verb, "resize") && oneArgument) {
     section.Resize(LengthWord(words[1], "the inner width"));

@@ -152,6 +152,7 @@ class ModelDriver final : public HostDriver {
     answered(notice.Answer());
   }
   std::optional<FolderIndex> PickFolder() override { return console_.AnswerPick(); }
+  void RunInsideCall(const std::function<void()>& command) override { command(); }
 
  private:
   /// A copy: a call on the page may be the one during which the host releases it.

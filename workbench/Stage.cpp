@@ -1,5 +1,7 @@
 #include "workbench/Stage.h"
 
+#include <utility>
+
 #include "core/Paths.h"
 #include "workbench/SettingsData.h"
 
@@ -40,6 +42,11 @@ OutlookPropertiesPage& Stage::CreatePage() {
                                                   [this] { return hasSite ? workbench.Site() : nullptr; });
   page_->SetView(&view_);
   return *page_;
+}
+
+void Stage::DestroyPage() {
+  const std::shared_ptr<OutlookPropertiesPage> page = std::exchange(page_, nullptr);
+  if (page.use_count() > 1) page->UserControl_Hide();
 }
 
 void Stage::TracingView::StateChanged(Form& form) {

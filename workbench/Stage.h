@@ -7,7 +7,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "core/JsonErrorLog.h"
 #include "page/OutlookPropertiesPage.h"
@@ -28,7 +27,8 @@ class Stage {
   OutlookPropertiesPage* Page() const { return page_.get(); }
   /// Keeps the page alive while an action of it runs: the host may release it meanwhile.
   std::shared_ptr<OutlookPropertiesPage> SharedPage() const { return page_; }
-  void DestroyPage() { std::exchange(page_, nullptr).reset(); }
+  /// Releases the page. If one of its actions is running, which keeps it alive, the page is hidden first.
+  void DestroyPage();
 
   /// Every form that is shown gets this view: it draws nothing and traces that it was asked to.
   FormView& View() { return view_; }

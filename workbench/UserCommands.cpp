@@ -247,6 +247,9 @@ void PressKey(Console& console, const Words& words) {
   if (words.size() > 1 && !SameName(words[1], "shift")) {
     throw ScriptError("a key is pressed alone or with shift, not with \"" + words[1] + "\"");
   }
+  // These press a button, wherever the focus is.
+  if (code == KeyReturn) return Enter(console, {});
+  if (code == KeyEscape) return Esc(console, {});
   const std::unique_ptr<FormDriver> form = console.TopForm();
   const std::string name = FocusName(*form);
   Report(console, name, form->Press(code, words.size() > 1));

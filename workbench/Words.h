@@ -16,6 +16,12 @@ class ScriptError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A command that this host cannot carry out, while another can: it is skipped.
+class OtherHostsOnly : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// Error: ScriptError for a quote that is never closed.
 std::vector<std::string> SplitWords(std::string_view line);
 

@@ -155,6 +155,7 @@ void OptionsDialog::ReleasePage() {
   page_.Reset();
   site_.Reset();
   frame_.Reset();
+  ShowWindow(window_, SW_HIDE);
 }
 
 void OptionsDialog::ShowPage() {
@@ -207,7 +208,9 @@ void OptionsDialog::HidePage() {
   Check(object_->DoVerb(OLEIVERB_HIDE, nullptr, site_.Get(), 0, area_, &position));
 }
 
-void OptionsDialog::UpdateApply() { EnableWindow(apply_, IsDirty() ? TRUE : FALSE); }
+void OptionsDialog::UpdateApply() {
+  if (page_) EnableWindow(apply_, IsDirty() ? TRUE : FALSE);  // it may have been released in a call
+}
 
 void OptionsDialog::Command(int id) {
   if (id == IDOK || id == ApplyId) ApplyPage();

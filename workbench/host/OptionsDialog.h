@@ -38,6 +38,9 @@ class OptionsDialog {
   /// Shows the page's tab, and its title on it.
   void ShowPage();
 
+  /// Ends the page and hides the dialog. Whoever is in the middle of a call on it keeps the dialog itself.
+  void ReleasePage();
+
   /// One message of the thread's loop.
   void Handle(MSG& message);
 
@@ -46,7 +49,6 @@ class OptionsDialog {
 
   void CreateWindows();
   void EmbedPage();
-  void ReleasePage();
   void SelectTab(int tab);
   void UpdateApply();
   void Command(int id);

@@ -111,7 +111,8 @@ STDMETHODIMP PageSite::TranslateAccelerator(LPMSG message, DWORD modifiers) {
   if (message == nullptr) return E_POINTER;
   constexpr DWORD shift = 1;
   if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || !events_.tabbedOut) return S_FALSE;
-  return windows::Guarded(IID_IOleControlSite, [&] { events_.tabbedOut((modifiers & shift) != 0); });
+  const auto tabbedOut = events_.tabbedOut;
+  return windows::Guarded(IID_IOleControlSite, [&] { tabbedOut((modifiers & shift) != 0); });
 }
 STDMETHODIMP PageSite::OnFocus(BOOL /*got*/) { return S_OK; }
 STDMETHODIMP PageSite::ShowPropertyFrame() { return E_NOTIMPL; }
@@ -139,8 +140,9 @@ STDMETHODIMP PageSite::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*
                               UINT* /*wrongArgument*/) {
   // Ambient properties are asked for here as well: the page gets by without them.
   if (member != OnStatusChangeId || (flags & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
+  const auto statusChanged = events_.statusChanged;  // the container may be gone when it returns
   const HRESULT outcome = windows::Guarded(PropertyPageSiteId, [&] {
-    if (events_.statusChanged) events_.statusChanged();
+    if (statusChanged) statusChanged();
   });
   return FAILED(outcome) ? windows::FillException(outcome, exception) : S_OK;
 }

@@ -1,8 +1,7 @@
 #include "workbench/host/UiThread.h"
 
-#include <stdexcept>
-
 #include "windows/views/Handles.h"
+#include "workbench/HostDriver.h"
 
 namespace vexa::workbench {
 namespace {
@@ -47,13 +46,13 @@ UiThread::TaskRef UiThread::Start(std::function<void()> body) {
 void UiThread::WaitUntilQuiet() {
   windows::Verified(PostMessageW(window_, QuietMessage, 0, reinterpret_cast<LPARAM>(quiet_)), "PostMessageW");
   if (WaitForSingleObject(quiet_, Patience) != WAIT_OBJECT_0)
-    throw std::runtime_error("the windows did not become quiet within a minute");
+    throw HostError("the windows did not become quiet within a minute");
 }
 
 void UiThread::Run(std::function<void()> body) {
   const TaskRef task = Start(std::move(body));
   WaitUntilQuiet();
-  if (!task->IsDone()) throw std::runtime_error("the windows wait for an answer that nobody gives");
+  if (!task->IsDone()) throw HostError("the windows wait for an answer that nobody gives");
   task->Finish();
 }
 
@@ -65,24 +64,62 @@ void UiThread::RunNext() {
     waiting_.pop_front();
   }
   try {
-    task->body_();
+    // What it holds ends on this thread.
+    const std::function<void()> body = std::move(task->body_);
+    body();
   } catch (...) {
     task->failure_ = std::current_exception();
   }
   task->done_ = true;
 }
 
+void UiThread::Handle(MSG& message) {
+  if (handler_) {
+    const Handler handler = handler_;  // the message may take it away
+    handler(message);
+  } else {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
 void UiThread::RunLoop() {
   MSG message{};
-  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (handler_) {
-      const Handler handler = handler_;  // the message may take it away
-      handler(message);
-    } else {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) Handle(message);
+}
+
+void UiThread::HandOver(const std::function<void()>& body) {
+  const auto handedOver = std::make_shared<HandedOver>();
+  handedOver->body = body;
+  {
+    const std::lock_guard lock(mutex_);
+    handedOver_.push_back(handedOver);
   }
+  MSG message{};
+  while (!handedOver->done) {
+    if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+      PostQuitMessage(static_cast<int>(message.wParam));  // for the outer loops
+      return;
+    }
+    Handle(message);
+  }
+}
+
+bool UiThread::RunHandedOver() {
+  std::shared_ptr<HandedOver> next;
+  {
+    const std::lock_guard lock(mutex_);
+    if (handedOver_.empty()) return false;
+    next = std::move(handedOver_.front());
+    handedOver_.pop_front();
+  }
+  const auto end = [&](const HandedOver*) {
+    next->done = true;
+    PostMessageW(window_, WM_NULL, 0, 0);  // wakes the loop that waits
+  };
+  const std::unique_ptr<const HandedOver, decltype(end)> atTheEnd(next.get(), end);
+  next->body();
+  return true;
 }
 
 bool UiThread::IsQuestion(const MSG& message) {

@@ -33,6 +33,9 @@ class UiThread {
   static bool IsQuestion(const MSG& message);
   /// Until WM_QUIT.
   void RunLoop();
+  /// Has the script's thread run `body` while this one handles messages; returns once it has run, or when the
+  /// program ends. A thread that waits here counts as quiet.
+  void HandOver(const std::function<void()>& body);
 
   // --- called by the script's thread
 
@@ -55,19 +58,28 @@ class UiThread {
 
   /// Has `body` run from the thread's message loop.
   TaskRef Start(std::function<void()> body);
-  /// Waits until the windows are quiet. std::runtime_error when they do not become so within a minute.
+  /// Waits until the windows are quiet. HostError when they do not become so within a minute.
   void WaitUntilQuiet();
+  /// Runs what the thread of the windows has handed over, the oldest first. False when there is nothing.
+  bool RunHandedOver();
   /// For what opens nothing: runs it and waits for its end.
   void Run(std::function<void()> body);
 
  private:
+  struct HandedOver {
+    std::function<void()> body;
+    std::atomic<bool> done = false;
+  };
+
   void RunNext();
+  void Handle(MSG& message);
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   DWORD id_ = GetCurrentThreadId();
   Handler handler_;
   std::mutex mutex_;
   std::deque<TaskRef> waiting_;
+  std::deque<std::shared_ptr<HandedOver>> handedOver_;
   HWND window_ = nullptr;
   HANDLE quiet_ = nullptr;
 };

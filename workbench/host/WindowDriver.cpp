@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "dialogs/frmNotice.h"
 #include "windows/com/Text.h"
@@ -83,7 +84,7 @@ void WindowDriver::Settle() {
     const std::vector<HWND> windows = TopWindows(ui_.Id());
     NoteClosed();
     NoteOpened(windows);
-    if (!AnswerTop(windows)) break;
+    if (!AnswerTop(windows) && !ui_.RunHandedOver()) break;
   }
   std::vector<Running> done;
   std::erase_if(running_, [&](const Running& running) {
@@ -182,10 +183,11 @@ std::vector<std::unique_ptr<FormDriver>> WindowDriver::OpenForms() const {
   return forms;
 }
 
-void WindowDriver::SetDialog(std::unique_ptr<OptionsDialog> dialog) {
+void WindowDriver::SetDialog(std::shared_ptr<OptionsDialog> dialog) {
   ui_.HandleWith(nullptr);
-  dialog_ = std::move(dialog);
-  if (dialog_ != nullptr) ui_.HandleWith([shown = dialog_.get()](MSG& message) { shown->Handle(message); });
+  if (const std::shared_ptr<OptionsDialog> former = std::exchange(dialog_, std::move(dialog)))
+    former->ReleasePage();
+  if (dialog_ != nullptr) ui_.HandleWith([shown = dialog_](MSG& message) { shown->Handle(message); });
 }
 
 void WindowDriver::Create() {
@@ -196,31 +198,31 @@ void WindowDriver::Create() {
     events.statusChanged = [this] { stage_.workbench.Site()->OnStatusChange(); };
     // The dialog is still at work when it says so.
     events.closed = [this] { ui_.Start([this] { SetDialog(nullptr); }); };
-    SetDialog(std::make_unique<OptionsDialog>(std::move(events)));
+    SetDialog(std::make_shared<OptionsDialog>(std::move(events)));
   });
 }
 
 void WindowDriver::Initialize() {
-  Do([this] {
+  Do([this, dialog = dialog_] {
     VARIANT_BOOL again = VARIANT_FALSE;
     const windows::ComPtr<IVexaAddin> addin = exports_->Addin();
-    windows::Check(dialog_->Page().Initialize(addin.Get(), &again));
+    windows::Check(dialog->Page().Initialize(addin.Get(), &again));
   });
 }
 
 void WindowDriver::Reinitialize() {
-  Do([this] {
+  Do([dialog = dialog_] {
     VARIANT_BOOL again = VARIANT_TRUE;
-    windows::Check(dialog_->Page().Initialize(nullptr, &again));
+    windows::Check(dialog->Page().Initialize(nullptr, &again));
   });
 }
 
 void WindowDriver::Apply() {
-  Do([this] { dialog_->ApplyPage(); });
+  Do([dialog = dialog_] { dialog->ApplyPage(); });
 }
 
 void WindowDriver::Hide() {
-  Do([this] { dialog_->HidePage(); });
+  Do([dialog = dialog_] { dialog->HidePage(); });
 }
 
 void WindowDriver::Release() {
@@ -253,11 +255,11 @@ HostDriver::PageInfo WindowDriver::GetPageInfo(PageInfo passed) {
 }
 
 bool WindowDriver::PageActive() {
-  throw ScriptError("whether the page is active cannot be seen from outside; only the console can ask it");
+  throw OtherHostsOnly("whether the page is active cannot be seen from outside");
 }
 
 void WindowDriver::SetDevelopmentMode(bool /*on*/) {
-  throw ScriptError("the module has no development mode; only the console can set it");
+  throw OtherHostsOnly("the module has no development mode");
 }
 
 void WindowDriver::ShowOwn(const std::function<void(const Services& windowed)>& show,

@@ -45,6 +45,7 @@ class WindowDriver final : public HostDriver {
   void TypeLetters(const std::string& text) override;
   std::string KeyboardFocus() override;
   std::optional<FolderIndex> PickFolder() override;
+  void RunInsideCall(const std::function<void()>& command) override { ui_.HandOver(command); }
 
   // --- for the forms
 
@@ -71,7 +72,7 @@ class WindowDriver final : public HostDriver {
   void ShowOwn(const std::function<void(const Services& windowed)>& show,
                std::function<void()> afterwards = {});
   /// On the thread of the windows.
-  void SetDialog(std::unique_ptr<OptionsDialog> dialog);
+  void SetDialog(std::shared_ptr<OptionsDialog> dialog);
   void NoteClosed();
   void NoteOpened(const std::vector<HWND>& windows);
   bool AnswerTop(const std::vector<HWND>& windows);
@@ -89,8 +90,10 @@ class WindowDriver final : public HostDriver {
   ProfileMachine machine_;
   ExportsRef exports_;
   std::unique_ptr<ClassRegistration> classes_;
-  std::unique_ptr<OptionsDialog> dialog_;  // made and ended by the thread of the windows
-  std::vector<OpenDialog> dialogs_;        // innermost last
+  // Made and ended by the thread of the windows. What it does there keeps it: a call of the page may be the
+  // one during which the script releases it.
+  std::shared_ptr<OptionsDialog> dialog_;
+  std::vector<OpenDialog> dialogs_;  // innermost last
   std::vector<Running> running_;
 };
 
