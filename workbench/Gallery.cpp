@@ -26,9 +26,10 @@ Gallery::Gallery(const Services& services) : Dialog("Gallery"), services_(servic
   txtLocked.SetText("only code writes here");
   gdRows.SetHeaders({"Name", "Value"});
   gdRows.SetRow(1, {"first", "1"});
-  gdRows.AddRow({"second", "2"});
+  gdRows.AddRow({"second\r\nline", "2"});
   const Tree::Node root = tvNodes.Add(Tree::NoNode, "@root", "Root", "@133");
   tvNodes.Add(root, "@leaf", "Leaf/with a slash", "@129");
+  tvNodes.Add(root, "@lines", "Two\nlines", "@129");
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdCancel);
 
