@@ -60,11 +60,11 @@ void OutlookPropertiesPage::RequireCurrent(const Work& work) const {
   if (work.generation != generation_) throw MakeError(ErrorNumber::ObjectNotSet);
 }
 
-void OutlookPropertiesPage::Initialize(AddinAppRef addinApp, bool reinitialize) {
+void OutlookPropertiesPage::Initialize(const AddinAppRef& addinApp, bool reinitialize) {
   PassOn(Name(), "Initialize", [&] {
     if (hiding_) throw MakeError(ErrorNumber::ObjectNotSet);
     pageActive_ = false;
-    const Work work = LoadWorkingCopy(std::move(addinApp), reinitialize);
+    const Work work = LoadWorkingCopy(addinApp, reinitialize);
     PassOn(Name(), "FillTrackedContacts", [&] { FillRows(work); });
     ShowAccess(work);
     cmdIDEApply.SetVisible(InDevelopmentMode);
@@ -72,11 +72,12 @@ void OutlookPropertiesPage::Initialize(AddinAppRef addinApp, bool reinitialize) 
   });
 }
 
-OutlookPropertiesPage::Work OutlookPropertiesPage::LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize) {
-  Work work{reinitialize ? addinApp_ : std::move(addinApp), nullptr, ++generation_};
+OutlookPropertiesPage::Work OutlookPropertiesPage::LoadWorkingCopy(const AddinAppRef& addinApp,
+                                                                   bool reinitialize) {
+  Work work{Share(reinitialize ? addinApp_ : addinApp), nullptr, ++generation_};
   if (!reinitialize) {
     bool open = true;
-    Require(work.addin).SetOptionsPageOpen(open);
+    work.addin->SetOptionsPageOpen(open);
     if (work.generation != generation_ && addinApp_ == nullptr) {
       // Hidden before it held the add-in, which would take the page for open.
       IgnoreErrors([&] { work.addin->SetOptionsPageOpen(open = false); });
@@ -87,7 +88,7 @@ OutlookPropertiesPage::Work OutlookPropertiesPage::LoadWorkingCopy(AddinAppRef a
   work.settings = services_.objects.CreateRegSettings();
   RequireCurrent(work);
   settings_ = work.settings;
-  bool bypassBlocked = Require(Require(work.addin).Utilities()).BypassBlocked();
+  bool bypassBlocked = Require(work.addin->Utilities()).BypassBlocked();
   bool delayAvailable = Require(work.addin->Utilities()).DelayAvailable();
   Require(work.settings).Load(0, bypassBlocked, delayAvailable);
   RequireCurrent(work);

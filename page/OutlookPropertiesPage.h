@@ -31,7 +31,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
   /// from before stays. Errors of the add-in's objects come through, and the page stays inactive then. Error
   /// 91 without an add-in, while the page is being hidden, and when an outside call led to the page being
   /// hidden or initialised anew.
-  void Initialize(AddinAppRef addinApp, bool reinitialize = false);
+  void Initialize(const AddinAppRef& addinApp, bool reinitialize = false);
   void PropertyPage_GetPageInfo(std::string& helpFile, int32_t& helpContext);
   bool PropertyPage_Dirty() const { return dirty_; }
   /// Hands the working copy to the add-in and starts a pending search; does nothing on a page that is not
@@ -87,7 +87,7 @@ class OutlookPropertiesPage final : public Form, public OptionsPage {
 
   struct FolderSetLists;
 
-  Work LoadWorkingCopy(AddinAppRef addinApp, bool reinitialize);
+  Work LoadWorkingCopy(const AddinAppRef& addinApp, bool reinitialize);
   void ShowAccess(const Work& work);
   void ApplyTrapped();
   void Apply();

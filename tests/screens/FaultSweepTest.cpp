@@ -218,6 +218,8 @@ bool IsPassedOver(const Deed& deed, size_t n, const Way& way) {
   if (way.fault.kind == Fault::Kind::Nothing &&
       (member == "Sess.PickFolder" || member == "Folder.Parent" || member == "App.FolderSetContext"))
     return true;
+  // Tidying up after a report that was sent.
+  if (member == "Files.Remove" || member == "Sys.ProcessMessages") return true;
   // The editor opens and stores statement by statement.
   if ((page && deed.after == "frmEditFolderset") ||
       (deed.form == "frmEditFolderset" && deed.pressed == "cmdOk"))
