@@ -27,7 +27,7 @@ TEST(ModuleFile, HoldsTheTextsAndPicturesOfTheCompiledTables) {
     EXPECT_EQ(resources.Language(), compiled.Language());
     std::map<int32_t, std::string> expected;
     std::map<int32_t, std::string> actual;
-    for (int32_t id = -1; id < 4000; ++id) {
+    for (int32_t id = -1; id < 0x10000 + 4000; id = id == 4000 ? 0xFFFF : id + 1) {
       MadeText made;
       if (const TableText* const text = compiled.FindString(id, made)) expected[id] = text->text;
       if (const TableText* const text = resources.FindString(id, made)) actual[id] = text->text;

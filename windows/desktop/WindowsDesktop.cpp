@@ -217,12 +217,13 @@ const TableText* ModuleResources::FindString(int32_t id, MadeText& made) const {
   return made.Make(ToUtf8({entry + 1, *entry}));
 }
 
-bool ModuleResources::HasIcon(int32_t id) const {
-  return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(14) /* RT_GROUP_ICON */) != nullptr;
-}
+bool ModuleResources::HasIcon(int32_t id) const { return Has(14 /* RT_GROUP_ICON */, id); }
 
-bool ModuleResources::HasCursor(int32_t id) const {
-  return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(12) /* RT_GROUP_CURSOR */) != nullptr;
+bool ModuleResources::HasCursor(int32_t id) const { return Has(12 /* RT_GROUP_CURSOR */, id); }
+
+bool ModuleResources::Has(WORD type, int32_t id) const {
+  if (id <= 0 || id > UINT16_MAX) return false;  // MAKEINTRESOURCE would make another number of it
+  return FindResourceW(module_, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(type)) != nullptr;
 }
 
 namespace {

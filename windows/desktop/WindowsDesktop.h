@@ -50,6 +50,8 @@ class ModuleResources final : public ResourceSource {
   LANGID Language() const { return language_; }
 
  private:
+  bool Has(WORD type, int32_t id) const;
+
   HMODULE module_;
   LANGID language_;
 };
