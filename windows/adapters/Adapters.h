@@ -10,7 +10,8 @@
 
 namespace vexa::windows {
 
-/// The add-in object that was handed in; error 91 for none, 13 for an object of another kind.
+/// The add-in object that was handed in, null for none. An object of another kind answers every call with
+/// error 13, so that the error arises where the add-in is first used.
 AddinAppRef AdaptAddin(IDispatch* addin);
 
 NameSpaceRef AdaptSession(const ComPtr<IUnknown>& session);

@@ -8,14 +8,14 @@ namespace {
 template <typename Owner, typename Answer>
 ComPtr<Answer> GetObjectOf(const ComPtr<Owner>& owner, HRESULT (STDMETHODCALLTYPE Owner::*getter)(Answer**)) {
   ComPtr<Answer> answer;
-  Check((owner.Get()->*getter)(answer.Receive()));
+  Call(owner, getter, answer.Receive());
   return answer;
 }
 
 template <typename Owner>
 bool GetFlag(const ComPtr<Owner>& owner, HRESULT (STDMETHODCALLTYPE Owner::*getter)(VARIANT_BOOL*)) {
   VARIANT_BOOL value = VARIANT_FALSE;
-  Check((owner.Get()->*getter)(&value));
+  Call(owner, getter, &value);
   return value != VARIANT_FALSE;
 }
 
@@ -24,7 +24,7 @@ class ComApplication final : public AddinApplication {
   explicit ComApplication(ComPtr<IVexaApplication> application) : application_(std::move(application)) {}
   std::string Path() override {
     Bstr path;
-    Check(application_->get_Path(path.Receive()));
+    Call(application_, &IVexaApplication::get_Path, path.Receive());
     return path.Text();
   }
 
@@ -40,12 +40,12 @@ class ComUtilities final : public Utilities {
   bool DelayAvailable() override { return GetFlag(utilities_, &IVexaUtilities::get_DelayAvailable); }
   std::string GetFolderPath(const FolderRef& folder) override {
     Bstr path;
-    Check(utilities_->GetFolderPath(DispatchBehind(folder).Get(), path.Receive()));
+    Call(utilities_, &IVexaUtilities::GetFolderPath, DispatchBehind(folder).Get(), path.Receive());
     return path.Text();
   }
   bool IsPublicFolder(const FolderRef& folder) override {
     VARIANT_BOOL answer = VARIANT_FALSE;
-    Check(utilities_->IsPublicFolder(DispatchBehind(folder).Get(), &answer));
+    Call(utilities_, &IVexaUtilities::IsPublicFolder, DispatchBehind(folder).Get(), &answer);
     return answer != VARIANT_FALSE;
   }
   std::shared_ptr<AddinApplication> App() override {
@@ -56,12 +56,12 @@ class ComUtilities final : public Utilities {
                        bool flag) override {
     OwnedVariant passed;
     ToVariant(value, passed.Get());
-    Check(utilities_->SetUserProperty(DispatchBehind(item).Get(), Bstr(name).Get(), passed.Get(), type,
-                                      ToVariantBool(flag)));
+    Call(utilities_, &IVexaUtilities::SetUserProperty, DispatchBehind(item).Get(), Bstr(name).Get(),
+         passed.Get(), type, ToVariantBool(flag));
   }
   Variant AboutInfo() override {
     OwnedVariant info;
-    Check(utilities_->get_AboutInfo(info.Receive()));
+    Call(utilities_, &IVexaUtilities::get_AboutInfo, info.Receive());
     return FromVariant(info.Get());
   }
 
@@ -73,7 +73,7 @@ class ComScanner final : public Scanner {
  public:
   explicit ComScanner(ComPtr<IVexaScanner> scanner) : scanner_(std::move(scanner)) {}
   void StartSearch(bool stopAtScanned) override {
-    Check(scanner_->StartSearch(ToVariantBool(stopAtScanned)));
+    Call(scanner_, &IVexaScanner::StartSearch, ToVariantBool(stopAtScanned));
   }
   bool IsScanning() override { return GetFlag(scanner_, &IVexaScanner::get_IsScanning); }
 
@@ -87,42 +87,50 @@ class ComMonitoredFolder final : public MonitoredFolder {
 
   std::string GetEntryID() override {
     Bstr id;
-    Check(folder_->get_EntryID(id.Receive()));
+    Call(folder_, &IMonitoredFolder::get_EntryID, id.Receive());
     return id.Text();
   }
-  void LetEntryID(const std::string& value) override { Check(folder_->put_EntryID(Bstr(value).Get())); }
+  void LetEntryID(const std::string& value) override {
+    Call(folder_, &IMonitoredFolder::put_EntryID, Bstr(value).Get());
+  }
   std::string GetStoreID() override {
     Bstr id;
-    Check(folder_->get_StoreID(id.Receive()));
+    Call(folder_, &IMonitoredFolder::get_StoreID, id.Receive());
     return id.Text();
   }
-  void LetStoreID(const std::string& value) override { Check(folder_->put_StoreID(Bstr(value).Get())); }
+  void LetStoreID(const std::string& value) override {
+    Call(folder_, &IMonitoredFolder::put_StoreID, Bstr(value).Get());
+  }
   int32_t GetItemTypes() override {
     LONG types = 0;
-    Check(folder_->get_ItemTypes(&types));
+    Call(folder_, &IMonitoredFolder::get_ItemTypes, &types);
     return types;
   }
-  void LetItemTypes(int32_t value) override { Check(folder_->put_ItemTypes(value)); }
-  void SetMailDefaults(bool flag) override { Check(folder_->SetMailDefaults(ToVariantBool(flag))); }
+  void LetItemTypes(int32_t value) override { Call(folder_, &IMonitoredFolder::put_ItemTypes, value); }
+  void SetMailDefaults(bool flag) override {
+    Call(folder_, &IMonitoredFolder::SetMailDefaults, ToVariantBool(flag));
+  }
   bool GetFlag(int32_t mask) override {
     VARIANT_BOOL value = VARIANT_FALSE;
-    Check(folder_->get_Flag(mask, &value));
+    Call(folder_, &IMonitoredFolder::get_Flag, mask, &value);
     return value != VARIANT_FALSE;
   }
-  void LetFlag(int32_t mask, bool value) override { Check(folder_->put_Flag(mask, ToVariantBool(value))); }
+  void LetFlag(int32_t mask, bool value) override {
+    Call(folder_, &IMonitoredFolder::put_Flag, mask, ToVariantBool(value));
+  }
   int32_t MaskFromResId(int16_t resId) override {
     LONG mask = 0;
-    Check(folder_->MaskFromResId(resId, &mask));
+    Call(folder_, &IMonitoredFolder::MaskFromResId, resId, &mask);
     return mask;
   }
   int16_t ResIdFromMask(int32_t mask) override {
     SHORT resId = 0;
-    Check(folder_->ResIdFromMask(mask, &resId));
+    Call(folder_, &IMonitoredFolder::ResIdFromMask, mask, &resId);
     return resId;
   }
   int32_t MaskFromOlItemType(ItemType itemType) override {
     LONG mask = 0;
-    Check(folder_->MaskFromOlItemType(static_cast<LONG>(itemType), &mask));
+    Call(folder_, &IMonitoredFolder::MaskFromOlItemType, static_cast<LONG>(itemType), &mask);
     return mask;
   }
   bool Excluded() override { return windows::GetFlag(folder_, &IMonitoredFolder::get_Excluded); }
@@ -136,47 +144,57 @@ class ComAddin final : public AddinApp {
   explicit ComAddin(ComPtr<IVexaAddin> addin) : addin_(std::move(addin)) {}
 
   std::shared_ptr<vexa::Utilities> Utilities() override {
-    auto utilities = GetObjectOf(addin_, &IVexaAddin::get_Utilities);
+    auto utilities = GetObjectOf(Addin(), &IVexaAddin::get_Utilities);
     return utilities ? std::make_shared<ComUtilities>(std::move(utilities)) : nullptr;
   }
   std::shared_ptr<vexa::Scanner> Scanner() override {
-    auto scanner = GetObjectOf(addin_, &IVexaAddin::get_Scanner);
+    auto scanner = GetObjectOf(Addin(), &IVexaAddin::get_Scanner);
     return scanner ? std::make_shared<ComScanner>(std::move(scanner)) : nullptr;
   }
   NameSpaceRef Session() override {
-    return AdaptSession(GetObjectOf(addin_, &IVexaAddin::get_Session).As<IUnknown>());
+    return AdaptSession(GetObjectOf(Addin(), &IVexaAddin::get_Session).As<IUnknown>());
   }
   ObjectRef FolderSetContext() override {
-    const auto context = GetObjectOf(addin_, &IVexaAddin::get_FolderSetContext);
+    const auto context = GetObjectOf(Addin(), &IVexaAddin::get_FolderSetContext);
     return context ? std::make_shared<ComObject>(context.As<IUnknown>()) : nullptr;
   }
   void SetOptionsPageOpen(bool& open) override {
     VARIANT_BOOL passed = ToVariantBool(open);
-    Check(addin_->SetOptionsPageOpen(&passed));
+    Call(Addin(), &IVexaAddin::SetOptionsPageOpen, &passed);
     open = passed != VARIANT_FALSE;
   }
   void ApplySettings(RegSettingsRef& settings) override {
     // By reference: the add-in may put another object in its place.
+    const ComPtr<IVexaAddin> addin = Addin();
     const ComPtr<IRegSettings> ours = SettingsBehind(settings);
     IRegSettings* passed = ComPtr<IRegSettings>(ours).Detach();
-    const HRESULT outcome = addin_->ApplySettings(&passed);
+    const HRESULT outcome = addin->ApplySettings(&passed);
     ComPtr<IRegSettings> returned = ComPtr<IRegSettings>::Attach(passed);
-    Check(outcome);
+    Check(outcome, addin);
     if (returned.Get() != ours.Get()) settings = AdaptSettings(std::move(returned));
   }
 
  private:
-  ComPtr<IVexaAddin> addin_;
+  const ComPtr<IVexaAddin>& Addin() const {
+    if (!addin_) throw MakeError(ErrorNumber::TypeMismatch);
+    return addin_;
+  }
+
+  ComPtr<IVexaAddin> addin_;  // null: the object is no add-in
 };
 
-/// An object of a class that the add-in has registered.
+/// An object of a class that the add-in has registered; null when its class factory makes none.
 template <typename Interface>
 ComPtr<Interface> Create(const wchar_t* progId) {
   CLSID classId{};
   Check(CLSIDFromProgID(progId, &classId));
+  void* found = nullptr;
+  Check(CoGetClassObject(classId, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, nullptr, IID_IClassFactory,
+                         &found));
+  // Not by CoCreateInstance: when the factory fails, it is the object that is asked why.
+  const auto factory = ComPtr<IClassFactory>::Attach(static_cast<IClassFactory*>(found));
   void* object = nullptr;
-  Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, __uuidof(Interface),
-                         &object));
+  Call(factory, &IClassFactory::CreateInstance, nullptr, __uuidof(Interface), &object);
   return ComPtr<Interface>::Attach(static_cast<Interface*>(object));
 }
 
@@ -186,17 +204,16 @@ class ComObjectFactory final : public AddinObjectFactory {
     return AdaptSettings(Create<IRegSettings>(L"VexaAddin.RegSettings"));
   }
   std::shared_ptr<MonitoredFolder> CreateMonitoredFolder() override {
-    return std::make_shared<ComMonitoredFolder>(Create<IMonitoredFolder>(L"VexaAddin.MonitoredFolder"));
+    auto folder = Create<IMonitoredFolder>(L"VexaAddin.MonitoredFolder");
+    return folder ? std::make_shared<ComMonitoredFolder>(std::move(folder)) : nullptr;
   }
 };
 
 }  // namespace
 
 AddinAppRef AdaptAddin(IDispatch* addin) {
-  if (addin == nullptr) throw MakeError(ErrorNumber::ObjectNotSet);
-  ComPtr<IVexaAddin> bound = ComPtr<IDispatch>(addin).As<IVexaAddin>();
-  if (!bound) throw MakeError(ErrorNumber::TypeMismatch);
-  return std::make_shared<ComAddin>(std::move(bound));
+  if (addin == nullptr) return nullptr;
+  return std::make_shared<ComAddin>(ComPtr<IDispatch>(addin).As<IVexaAddin>());
 }
 
 ComPtr<IDispatch> DispatchBehind(const ObjectRef& object) {

@@ -62,12 +62,12 @@ class ComSettings final : public RegSettings, public Wrapper {
   void Set##Name(const CollectionRef<Type>& value) override { Assign(&IRegSettings::putref_##Name, value); }
 #include "contracts/RegSettings.members.inc"
 
-  void RestoreHiddenDialogs() override { Check(settings_->RestoreHiddenDialogs()); }
+  void RestoreHiddenDialogs() override { Call(settings_, &IRegSettings::RestoreHiddenDialogs); }
 
   void Load(int32_t first, bool& bypassBlocked, bool& delayAvailable) override {
     VARIANT_BOOL blocked = ToVariantBool(bypassBlocked);
     VARIANT_BOOL available = ToVariantBool(delayAvailable);
-    Check(settings_->Load(first, &blocked, &available));
+    Call(settings_, &IRegSettings::Load, first, &blocked, &available);
     bypassBlocked = blocked != VARIANT_FALSE;
     delayAvailable = available != VARIANT_FALSE;
   }
@@ -75,7 +75,7 @@ class ComSettings final : public RegSettings, public Wrapper {
   bool CanWrite(int32_t& argument) override {
     LONG passed = argument;
     VARIANT_BOOL answer = VARIANT_FALSE;
-    Check(settings_->CanWrite(&passed, &answer));
+    Call(settings_, &IRegSettings::CanWrite, &passed, &answer);
     argument = passed;
     return answer != VARIANT_FALSE;
   }
@@ -84,7 +84,8 @@ class ComSettings final : public RegSettings, public Wrapper {
                         const ObjectRef& context) override {
     OwnedVariant answer;
     const ComPtr<IDispatch> passed = DispatchBehind(context);
-    Check(settings_->FindFolderSet(Bstr(entryId).Get(), Bstr(storeId).Get(), passed.Get(), answer.Receive()));
+    Call(settings_, &IRegSettings::FindFolderSet, Bstr(entryId).Get(), Bstr(storeId).Get(), passed.Get(),
+         answer.Receive());
     return FromVariant(answer.Get());
   }
 
@@ -97,27 +98,27 @@ class ComSettings final : public RegSettings, public Wrapper {
   template <typename Type>
   Type Get(Getter<Type> getter) {
     Wire<Type> wire;
-    Check((settings_.Get()->*getter)(wire.Receive()));
+    Call(settings_, getter, wire.Receive());
     return wire.Value();
   }
   template <typename Type>
   void Let(Letter<Type> letter, const Type& value) {
     if constexpr (std::is_same_v<Type, std::string>) {
-      Check((settings_.Get()->*letter)(Bstr(value).Get()));
+      Call(settings_, letter, Bstr(value).Get());
     } else {
-      Check((settings_.Get()->*letter)(Wire<Type>::Pass(value)));
+      Call(settings_, letter, Wire<Type>::Pass(value));
     }
   }
   template <typename Type>
   CollectionRef<Type> GetCollection(HRESULT (STDMETHODCALLTYPE IRegSettings::*getter)(IDispatch**)) {
     ComPtr<IDispatch> collection;
-    Check((settings_.Get()->*getter)(collection.Receive()));
+    Call(settings_, getter, collection.Receive());
     return AdaptCollection<Type>(collection.As<IUnknown>());
   }
   template <typename Type>
   void Assign(HRESULT (STDMETHODCALLTYPE IRegSettings::*assign)(IDispatch*),
               const CollectionRef<Type>& value) {
-    Check((settings_.Get()->*assign)(ExportCollection(value).Get()));
+    Call(settings_, assign, ExportCollection(value).Get());
   }
 
   ComPtr<IRegSettings> settings_;

@@ -11,8 +11,10 @@ namespace {
 
 constexpr HRESULT ControlErrorBase = static_cast<HRESULT>(0x800A0000);  // FACILITY_CONTROL
 
+/// Never 0, which is no error.
 int32_t NumberOf(HRESULT result) {
-  return HRESULT_FACILITY(result) == FACILITY_CONTROL ? HRESULT_CODE(result) : static_cast<int32_t>(result);
+  const bool ofControl = HRESULT_FACILITY(result) == FACILITY_CONTROL && HRESULT_CODE(result) != 0;
+  return ofControl ? HRESULT_CODE(result) : static_cast<int32_t>(result);
 }
 
 HRESULT ResultOf(int32_t number) {
@@ -34,20 +36,15 @@ std::string SystemDescription(HRESULT result) {
   return "Automation error " + std::to_string(static_cast<int32_t>(result));
 }
 
-Error ErrorFromObject(HRESULT result) {
-  Error error(NumberOf(result), {}, {});
-  error.LastDLLError = static_cast<int32_t>(GetLastError());
+void AddErrorInfo(Error& error) {
   ComPtr<IErrorInfo> info;
-  if (GetErrorInfo(0, info.Receive()) == S_OK && info) {
-    Bstr text;
-    if (SUCCEEDED(info->GetDescription(text.Receive()))) error.Description = text.Text();
-    if (SUCCEEDED(info->GetSource(text.Receive()))) error.Source = text.Text();
-    if (SUCCEEDED(info->GetHelpFile(text.Receive()))) error.HelpFile = text.Text();
-    DWORD context = 0;
-    if (SUCCEEDED(info->GetHelpContext(&context))) error.HelpContext = static_cast<int32_t>(context);
-  }
-  if (error.Description.empty()) error.Description = SystemDescription(result);
-  return error;
+  if (GetErrorInfo(0, info.Receive()) != S_OK || !info) return;
+  Bstr text;
+  if (SUCCEEDED(info->GetDescription(text.Receive()))) error.Description = text.Text();
+  if (SUCCEEDED(info->GetSource(text.Receive()))) error.Source = text.Text();
+  if (SUCCEEDED(info->GetHelpFile(text.Receive()))) error.HelpFile = text.Text();
+  DWORD context = 0;
+  if (SUCCEEDED(info->GetHelpContext(&context))) error.HelpContext = static_cast<int32_t>(context);
 }
 
 }  // namespace
@@ -146,16 +143,25 @@ void ToVariant(const Variant& value, VARIANT& result) {
   value.Visit(Filler{result});
 }
 
-void Check(HRESULT result) {
-  if (FAILED(result)) throw ErrorFromObject(result);
+void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
+
+void Check(HRESULT result, IUnknown* object, const IID& interfaceId) {
+  if (SUCCEEDED(result)) return;
+  Error error(NumberOf(result), {}, {});
+  error.LastDLLError = static_cast<int32_t>(GetLastError());
+  const auto support = ComPtr<IUnknown>(object).As<ISupportErrorInfo>();
+  if (support && support->InterfaceSupportsErrorInfo(interfaceId) == S_OK) AddErrorInfo(error);
+  if (error.Description.empty()) error.Description = SystemDescription(result);
+  throw error;
 }
 
 void CheckInvoke(HRESULT result, EXCEPINFO& exception) {
   if (SUCCEEDED(result)) return;
   if (result != DISP_E_EXCEPTION) Check(result);
   if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
-  const HRESULT code =
-      exception.scode != 0 ? exception.scode : static_cast<HRESULT>(ControlErrorBase + exception.wCode);
+  HRESULT code = result;
+  if (exception.wCode != 0) code = static_cast<HRESULT>(ControlErrorBase + exception.wCode);
+  if (exception.scode != 0) code = exception.scode;
   Error error(NumberOf(code), TextOf(exception.bstrDescription), TextOf(exception.bstrSource));
   error.HelpFile = TextOf(exception.bstrHelpFile);
   error.HelpContext = static_cast<int32_t>(exception.dwHelpContext);

@@ -1,6 +1,7 @@
-// The border to COM: owners for what COM hands out, and the two directions in which errors cross. Outside
-// calls end in Check, which turns an HRESULT with its error object into an Error; calls from outside run in
-// Guarded, which turns whatever leaves them into an HRESULT with an error object. Nothing else crosses.
+// The border to COM: owners for what COM hands out, and the two directions in which errors cross. Calls on
+// outside objects go through Call, which turns a failure with the object's error information into an Error;
+// calls from outside run in Guarded, which turns an Error into an HRESULT with error information. Nothing
+// else crosses.
 #pragma once
 
 #include <windows.h>
@@ -133,11 +134,27 @@ Variant FromVariant(VARIANT& value);
 /// Fills an empty VARIANT. Error 13 for an object that did not come from COM.
 void ToVariant(const Variant& value, VARIANT& result);
 
-/// Throws the Error for a failed outside call: number, description, source, help file and context from the
-/// error object that the call left, or a description of the code itself.
+/// Throws the Error for a failed system function: the number, and what Windows says about the code.
 void Check(HRESULT result);
-/// The same with the exception record of a late-bound call.
+/// Throws the Error for a call on `object` that failed. Description, source, help file and context come from
+/// the thread's error information if the object says that it leaves some for this interface; otherwise the
+/// information there, if any, belongs to another call. `object` may be null.
+void Check(HRESULT result, IUnknown* object, const IID& interfaceId);
+template <typename Interface>
+void Check(HRESULT result, const ComPtr<Interface>& object) {
+  Check(result, object.Get(), __uuidof(Interface));
+}
+/// Throws the Error for a failed late-bound call, which brings its own exception record. A record without a
+/// number leaves the number to `result`.
 void CheckInvoke(HRESULT result, EXCEPINFO& exception);
+
+/// Calls a member of an outside object, which stays alive until the call has ended. Throws the Error when the
+/// call fails.
+template <typename Interface, typename... Parameters, typename... Arguments>
+void Call(ComPtr<Interface> object, HRESULT (STDMETHODCALLTYPE Interface::*member)(Parameters...),
+          const Arguments&... arguments) {
+  Check((object.Get()->*member)(arguments...), object);
+}
 
 /// Leaves `error` as this thread's error object and gives its HRESULT: 0x800A0000 + number for numbers of 16
 /// bits, the number itself when it is a failure code.

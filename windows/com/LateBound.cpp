@@ -108,8 +108,9 @@ void LateBound::Invoke(const wchar_t* member, std::initializer_list<Variant> arg
 void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) {
   EXCEPINFO exception{};
   UINT wrongArgument = 0;
-  const HRESULT outcome = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
-                                          &exception, &wrongArgument);
+  const ComPtr<IDispatch> object = object_;
+  const HRESULT outcome = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
+                                         &exception, &wrongArgument);
   CheckInvoke(outcome, exception);
 }
 
@@ -119,7 +120,8 @@ DISPID LateBound::IdOf(const wchar_t* member) {
   std::wstring name = member;  // GetIDsOfNames takes no constant text
   LPOLESTR names = name.data();
   DISPID id = DISPID_UNKNOWN;
-  Check(object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+  windows::Call(object_, &IDispatch::GetIDsOfNames, IID_NULL, &names, UINT{1}, LCID{LOCALE_USER_DEFAULT},
+                &id);
   ids_.emplace(std::move(name), id);
   return id;
 }

@@ -90,7 +90,7 @@ STDMETHODIMP PageControl::Invoke(DISPID member, REFIID /*reserved*/, LCID /*loca
 STDMETHODIMP PageControl::Initialize(IDispatch* addinApp, VARIANT_BOOL* reinitialize) {
   return Call(__uuidof(IOutlookPropertiesPage), [&] {
     const bool again = reinitialize != nullptr && *reinitialize != VARIANT_FALSE;
-    Page().Initialize(again ? nullptr : AdaptAddin(addinApp), again);
+    Page().Initialize(AdaptAddin(addinApp), again);
   });
 }
 

@@ -22,7 +22,10 @@ class ClassFactory final : public ServerObject<IClassFactory> {
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     HRESULT found = E_FAIL;
-    const HRESULT made = Run([&] { found = maker_()->QueryInterface(interfaceId, object); });
+    const HRESULT made = Run([&] {
+      const ComPtr<IUnknown> instance = maker_();
+      found = instance ? instance->QueryInterface(interfaceId, object) : S_OK;  // as told: no object
+    });
     return FAILED(made) ? made : found;
   }
   STDMETHODIMP LockServer(BOOL /*lock*/) override { return S_OK; }

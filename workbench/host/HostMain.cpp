@@ -113,7 +113,7 @@ int RunForPerson(const Options& options) {
   bool closed = false;
   OptionsDialog dialog({[] { return true; }, {}, [&] { closed = true; }});
   VARIANT_BOOL again = VARIANT_FALSE;
-  windows::Check(dialog.Page().Initialize(exports->Addin().Get(), &again));
+  windows::Call(dialog.Page(), &IOutlookPropertiesPage::Initialize, exports->Addin().Get(), &again);
   MSG message{};
   while (!closed && GetMessageW(&message, nullptr, 0, 0) > 0) dialog.Handle(message);
   return 0;

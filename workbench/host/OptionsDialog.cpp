@@ -181,7 +181,7 @@ void OptionsDialog::SelectTab(int tab) {
 void OptionsDialog::ApplyPage() {
   const ComPtr<PropertyPage> outlooks = page_.As<PropertyPage>();
   if (!outlooks) Check(E_NOINTERFACE);
-  Check(outlooks->Apply());
+  windows::Call(outlooks, &PropertyPage::Apply);
   UpdateApply();
 }
 
@@ -189,7 +189,7 @@ bool OptionsDialog::IsDirty() const {
   VARIANT_BOOL dirty = VARIANT_FALSE;
   const ComPtr<PropertyPage> outlooks = page_.As<PropertyPage>();
   if (!outlooks) Check(E_NOINTERFACE);
-  Check(outlooks->get_Dirty(&dirty));
+  windows::Call(outlooks, &PropertyPage::get_Dirty, &dirty);
   return dirty != VARIANT_FALSE;
 }
 

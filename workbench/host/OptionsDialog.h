@@ -28,7 +28,7 @@ class OptionsDialog {
   ~OptionsDialog();
 
   HWND Window() const { return window_; }
-  IOutlookPropertiesPage& Page() const { return *page_.Get(); }
+  const windows::ComPtr<IOutlookPropertiesPage>& Page() const { return page_; }
 
   /// What Outlook does with the page. Errors are the page's.
   void ApplyPage();

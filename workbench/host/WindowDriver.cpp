@@ -206,14 +206,14 @@ void WindowDriver::Initialize() {
   Do([this, dialog = dialog_] {
     VARIANT_BOOL again = VARIANT_FALSE;
     const windows::ComPtr<IVexaAddin> addin = exports_->Addin();
-    windows::Check(dialog->Page().Initialize(addin.Get(), &again));
+    windows::Call(dialog->Page(), &IOutlookPropertiesPage::Initialize, addin.Get(), &again);
   });
 }
 
 void WindowDriver::Reinitialize() {
   Do([dialog = dialog_] {
     VARIANT_BOOL again = VARIANT_TRUE;
-    windows::Check(dialog->Page().Initialize(nullptr, &again));
+    windows::Call(dialog->Page(), &IOutlookPropertiesPage::Initialize, nullptr, &again);
   });
 }
 
@@ -246,10 +246,11 @@ HostDriver::PageInfo WindowDriver::GetPageInfo(PageInfo passed) {
     windows::Bstr helpFile(passed.helpFile);
     BSTR file = helpFile.Detach();
     LONG context = passed.helpContext;
-    const HRESULT outcome = dialog_->Page().PropertyPage_GetPageInfo(&file, &context);
+    const windows::ComPtr<IOutlookPropertiesPage> page = dialog_->Page();
+    const HRESULT outcome = page->PropertyPage_GetPageInfo(&file, &context);
     passed = {windows::TextOf(file), context};
     SysFreeString(file);
-    windows::Check(outcome);
+    windows::Check(outcome, page);
   });
   return passed;
 }

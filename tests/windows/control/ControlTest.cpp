@@ -56,7 +56,8 @@ TEST(ModuleInMemory, TakesNothingMoreEachTimeThatItIsLoadedAndUsed) {
   const Apartment apartment;
   const auto use = [] {
     const Module module;
-    EXPECT_EQ(LastError(module.CreatePage()->FillTrackedContacts()), "91 Object variable not set");
+    const ComPtr<IOutlookPropertiesPage> page = module.CreatePage();
+    EXPECT_EQ(LastError(page, page->FillTrackedContacts()).substr(0, 26), "91 Object variable not set");
   };
   use();
   const int before = FreeThreadLocalSlots();
@@ -68,12 +69,13 @@ TEST(ModuleInMemory, TakesNothingMoreEachTimeThatItIsLoadedAndUsed) {
 TEST_F(ControlTest, RefusesWhatMakesNoSenseWithADescription) {
   const ComPtr<IOutlookPropertiesPage> page = module_.CreatePage();
   VARIANT_BOOL again = VARIANT_FALSE;
-  EXPECT_EQ(LastError(page->Initialize(nullptr, &again)), "91 Object variable not set");
-  EXPECT_EQ(LastError(page->Initialize(page.Get(), nullptr)), "13 Type mismatch") << "the page is no add-in";
+  const std::string origin = ", VexaControls\r\n-->OutlookPropertiesPage.Initialize";
+  EXPECT_EQ(LastError(page, page->Initialize(nullptr, &again)), "91 Object variable not set" + origin);
+  EXPECT_EQ(LastError(page, page->Initialize(page.Get(), nullptr)), "13 Type mismatch" + origin);
   again = VARIANT_TRUE;
-  EXPECT_EQ(LastError(page->Initialize(nullptr, &again)).substr(0, 1), "-")
+  EXPECT_EQ(LastError(page, page->Initialize(nullptr, &again)).substr(0, 1), "-")
       << "no settings class is registered";
-  EXPECT_EQ(LastError(page->get_Name(nullptr)), "5 Invalid procedure call or argument");
+  EXPECT_EQ(LastError(page, page->get_Name(nullptr)), "5 Invalid procedure call or argument, VexaControls");
   // By name: an argument of another kind is refused before the member is called, the missing add-in by it.
   LateBound named(page.As<IUnknown>());
   const std::vector<std::pair<Variant, int32_t>> refused = {{"word", DISP_E_TYPEMISMATCH}, {ObjectRef(), 91}};
@@ -120,7 +122,7 @@ TEST_F(ControlTest, BelongsToItsThread) {
     for (size_t call = 0; call < calls.size(); ++call) {
       const HRESULT result = calls[call]();
       EXPECT_EQ(result, RPC_E_WRONG_THREAD) << call;
-      EXPECT_NE(LastError(result).find("was called from a thread that it does not belong to"),
+      EXPECT_NE(LastError(page, result).find("was called from a thread that it does not belong to"),
                 std::string::npos)
           << call;
     }

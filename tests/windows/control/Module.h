@@ -52,12 +52,12 @@ class Apartment {
   ~Apartment() { OleUninitialize(); }
 };
 
-/// Number and description that a failed call left behind.
-inline std::string LastError(HRESULT result) {
+/// Number, description and source of a failed call on the page.
+inline std::string LastError(const ComPtr<IOutlookPropertiesPage>& page, HRESULT result) {
   try {
-    Check(result);
+    Check(result, page);
   } catch (const Error& error) {
-    return std::to_string(error.Number) + " " + error.Description;
+    return std::to_string(error.Number) + " " + error.Description + ", " + error.Source;
   }
   return "no error";
 }

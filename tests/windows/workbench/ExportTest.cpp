@@ -207,7 +207,7 @@ struct Outcome {
 };
 
 /// Calls everything, with a fault planned for a member unless it is empty.
-Outcome CallAll(bool throughCom, const std::string& member = {}, const Error& fault = {}) {
+Outcome CallAll(bool throughCom, const std::string& member = {}, const Fault& fault = Error()) {
   Bench bench;
   if (!member.empty()) bench.calls.PlanFault(member, 1, fault);
   std::vector<std::string> answers;
@@ -238,18 +238,22 @@ TEST_F(Export, EveryFailureArrivesWholeAndAtTheSameCall) {
     // What is no object of Outlook or the add-in does not cross the border.
     constexpr std::array machines = {"View.", "Shell.", "Site.", "Files.", "Reg.", "Sys."};
     if (std::ranges::any_of(machines, [&](const char* own) { return member.starts_with(own); })) continue;
-    SCOPED_TRACE(member);
-    const Outcome direct = CallAll(false, member, fault);
-    ASSERT_NE(std::count_if(direct.trace.begin(), direct.trace.end(),
-                            [](const std::string& line) { return line.find(" !! 1234") != line.npos; }),
-              0)
-        << "the fault did not come up";
-    const Outcome com = CallAll(true, member, fault);
-    EXPECT_EQ(com.answers, direct.answers);
-    EXPECT_EQ(com.trace, direct.trace);
-    ++tried;
+    std::vector<Fault> faults{fault};
+    if (CallLog::AnswersWithObject(member)) faults.emplace_back(Fault::Kind::Nothing);
+    for (const Fault& planned : faults) {
+      SCOPED_TRACE(member + (planned.kind == Fault::Kind::Nothing ? " answers with no object" : " fails"));
+      const Outcome direct = CallAll(false, member, planned);
+      ASSERT_NE(std::count_if(direct.trace.begin(), direct.trace.end(),
+                              [](const std::string& line) { return line.find(" !! ") != line.npos; }),
+                0)
+          << "the fault did not come up";
+      const Outcome com = CallAll(true, member, planned);
+      EXPECT_EQ(com.answers, direct.answers);
+      EXPECT_EQ(com.trace, direct.trace);
+      ++tried;
+    }
   }
-  EXPECT_GT(tried, 150);
+  EXPECT_GT(tried, 180);
 }
 
 // --- called by name
@@ -315,6 +319,73 @@ TEST_F(Export, CallsByNameAreCheckedAndFindMembersInAnyCase) {
   EXPECT_EQ(NumberOfError([&] { list.Call(L"Add", {"c", "key"}); }), 5);
   EXPECT_EQ(NumberOfError([&] { list.Call(L"Add", {"c", windows::MissingArgument(), 1, 1}); }), 5);
   EXPECT_EQ(behind->data.ContactEntryIDs.size(), 3U);
+}
+
+// --- what a failure says
+
+constexpr HRESULT ControlError = static_cast<HRESULT>(0x800A0000);
+
+struct Failure {
+  const char* name;
+  bool says;  // that it leaves error information
+  bool byName;
+  HRESULT result;
+  SCODE scode;
+  WORD code;
+  int32_t number;
+  const char* description;  // null: what the system says
+};
+
+/// Fails as told.
+class FailingObject final : public windows::CountedObject<IDispatch, ISupportErrorInfo> {
+ public:
+  explicit FailingObject(const Failure& failure) : failure_(failure) {}
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return failure_.result; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override { return *ids = 1, S_OK; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
+                      UINT*) override {
+    exception->scode = failure_.scode;
+    exception->wCode = failure_.code;
+    if (failure_.description != nullptr)
+      exception->bstrDescription = windows::Bstr(failure_.description).Detach();
+    return failure_.result;
+  }
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return failure_.says ? S_OK : S_FALSE; }
+
+ private:
+  const Failure& failure_;
+};
+
+TEST_F(Export, FailuresSayWhatTheFailingObjectSaysOfThem) {
+  const char* const left = "left in the thread";
+  const Failure failures[] = {
+      {"its own information", true, false, E_ABORT, 0, 0, E_ABORT, left},
+      {"the information of another", false, false, E_ABORT, 0, 0, E_ABORT, nullptr},
+      {"a code without a number", true, false, ControlError, 0, 0, ControlError, left},
+      {"a code of its own", true, true, DISP_E_EXCEPTION, E_ABORT, 0, E_ABORT, "said"},
+      {"a number", true, true, DISP_E_EXCEPTION, 0, 1004, 1004, "said"},
+      {"no number", true, true, DISP_E_EXCEPTION, 0, 0, DISP_E_EXCEPTION, "said"},
+      {"no record", true, true, DISP_E_EXCEPTION, 0, 0, DISP_E_EXCEPTION, nullptr},
+      {"no exception", true, true, E_ABORT, 0, 0, E_ABORT, nullptr},
+  };
+  for (const Failure& failure : failures) {
+    SCOPED_TRACE(failure.name);
+    const auto object = MakeObject<IDispatch, FailingObject>(failure);
+    windows::Report(Error(1, left, {}), IID_IDispatch);
+    try {
+      UINT count = 0;
+      if (!failure.byName) windows::Call(object, &IDispatch::GetTypeInfoCount, &count);
+      LateBound(object.As<IUnknown>()).Call(L"Fail");
+      ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Number, failure.number);
+      EXPECT_TRUE(failure.description == nullptr || error.Description == failure.description)
+          << error.Description;
+      EXPECT_EQ(error.Description == left, failure.description == left) << error.Description;
+    }
+  }
+  SetErrorInfo(0, nullptr);
 }
 
 // --- misuse of the interfaces
