@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "tests/windows/TestModule.h"
 #include "workbench/Workbench.h"
@@ -32,13 +33,13 @@ inline Profile SmallProfile() {
 
 class FixedAnswers final : public UserAnswers {
  public:
-  std::optional<FolderIndex> PickFolder() override { return picked; }
+  std::optional<FolderIndex> PickFolder() override { return std::exchange(picked, std::nullopt); }
   MessageAnswer AnswerMessage(const std::string&, MessageButtons) override { return MessageAnswer::Ok; }
   BrowseAnswer BrowseForFolder(const std::string&, const std::string&) override { return {}; }
   int32_t OpenDocument(const std::string&) override { return 0; }
   void Seen(const std::string&) override {}
 
-  std::optional<FolderIndex> picked;
+  std::optional<FolderIndex> picked;  // the next time; then the picker is cancelled
 };
 
 struct Bench {

@@ -1,7 +1,7 @@
 // The user in front of modal windows. Steps wait in a queue; the next one is done as soon as the tested code
 // waits in a modal loop with nothing left to do, on the window that is then in front. A window that nobody
-// expects is closed, so that no test waits for ever, and is a failure unless the user sends away whatever
-// comes up.
+// expects is closed, so that no test waits for ever, and is a failure unless the user has a step for all of
+// those.
 #pragma once
 
 #include <windows.h>
@@ -35,9 +35,9 @@ inline HWND FindNamed(HWND window, const std::string& name) {
 class Modals {
  public:
   using Step = std::function<void(HWND front)>;
-  enum class Unexpected { Fail, AreSentAway };
 
-  explicit Modals(Unexpected unexpected = Unexpected::Fail) : unexpected_(unexpected) {
+  /// `unexpected` is done whenever a window is in front and no step waits; without one that is a failure.
+  explicit Modals(Step unexpected = {}) : unexpected_(std::move(unexpected)) {
     window_ = CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     // The lowest of all messages: it comes when there is nothing else to do.
@@ -117,15 +117,14 @@ class Modals {
       step(front);
       return;
     }
-    if (self.unexpected_ == Unexpected::Fail) {
-      const auto message = ReadMessageBox(front);
-      ADD_FAILURE() << "nobody expects this window: "
-                    << (message ? message->text : ToUtf8(TextOfWindow(front)));
-    }
+    if (self.unexpected_) return self.unexpected_(front);
+    const auto message = ReadMessageBox(front);
+    ADD_FAILURE() << "nobody expects this window: "
+                  << (message ? message->text : ToUtf8(TextOfWindow(front)));
     SendAway(front);
   }
 
-  Unexpected unexpected_;
+  Step unexpected_;
   HWND window_ = nullptr;
   std::deque<Step> steps_;
 };

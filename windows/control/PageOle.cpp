@@ -139,11 +139,12 @@ STDMETHODIMP PageControl::Advise(IAdviseSink* sink, DWORD* connection) {
     const HRESULT created = CreateOleAdviseHolder(adviseHolder_.Receive());
     if (FAILED(created)) return created;
   }
-  return adviseHolder_->Advise(sink, connection);
+  return ComPtr(adviseHolder_)->Advise(sink, connection);
 }
 
 STDMETHODIMP PageControl::Unadvise(DWORD connection) {
-  return adviseHolder_ ? adviseHolder_->Unadvise(connection) : OLE_E_NOCONNECTION;
+  // The sink, as it is released, may release the page.
+  return adviseHolder_ ? ComPtr(adviseHolder_)->Unadvise(connection) : OLE_E_NOCONNECTION;
 }
 
 STDMETHODIMP PageControl::EnumAdvise(IEnumSTATDATA** connections) {

@@ -178,10 +178,10 @@ void Container::Click(const std::string& control) {
 
 HRESULT Container::Called(const std::string& call, HRESULT result) {
   calls.push_back(call);
-  const auto deed = deeds_.find(call);
-  if (deed == deeds_.end()) return result;
-  const std::function<void()> body = std::move(deed->second);
-  deeds_.erase(deed);
+  const auto operation = operations_.find(call);
+  if (operation == operations_.end()) return result;
+  const std::function<void()> body = std::move(operation->second);
+  operations_.erase(operation);
   body();
   return result;
 }

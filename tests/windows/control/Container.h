@@ -68,7 +68,9 @@ class Container {
   void Click(const std::string& control);
 
   /// What is to be done in the middle of the next call of this name.
-  void During(const std::string& call, std::function<void()> deed) { deeds_[call] = std::move(deed); }
+  void During(const std::string& call, std::function<void()> operation) {
+    operations_[call] = std::move(operation);
+  }
 
   std::vector<std::string> calls;
   /// What the page has said of its access keys.
@@ -88,7 +90,7 @@ class Container {
   ComPtr<PoorFrame> frame_;
   ComPtr<PoorSite> site_;
   ComPtr<IOutlookPropertiesPage> page_;
-  std::map<std::string, std::function<void()>> deeds_;
+  std::map<std::string, std::function<void()>> operations_;
 };
 
 }  // namespace vexa::windows

@@ -171,10 +171,10 @@ TEST_F(ContainerTest, ContainersThatRefuse) {
 
 // --- the order in which a container lets go
 
-using Deed = std::function<void(Container&)>;
+using Operation = std::function<void(Container&)>;
 
-const std::map<std::string, Deed>& Deeds() {
-  static const std::map<std::string, Deed> deeds = {
+const std::map<std::string, Operation>& Operations() {
+  static const std::map<std::string, Operation> operations = {
       {"close", [](Container& container) { container.PageAs<IOleObject>()->Close(OLECLOSE_NOSAVE); }},
       {"unsite", [](Container& container) { container.PageAs<IOleObject>()->SetClientSite(nullptr); }},
       {"deactivate",
@@ -191,7 +191,7 @@ const std::map<std::string, Deed>& Deeds() {
          container.Forget();
        }},
   };
-  return deeds;
+  return operations;
 }
 
 TEST_F(ContainerTest, LetsGoInAnyOrder) {
@@ -206,9 +206,10 @@ TEST_F(ContainerTest, LetsGoInAnyOrder) {
       if (order % 2 == 0) container.DoVerb(OLEIVERB_UIACTIVATE);
       container.Pump();
       while (container.PageAs<IUnknown>()) {
-        const auto deed = std::next(Deeds().begin(), static_cast<int>(random() % Deeds().size()));
-        done += deed->first + ", ";
-        deed->second(container);
+        const auto operation =
+            std::next(Operations().begin(), static_cast<int>(random() % Operations().size()));
+        done += operation->first + ", ";
+        operation->second(container);
         container.Pump();
       }
       EXPECT_TRUE(module_.CanUnload()) << done << "the last reference was the last";
@@ -236,14 +237,14 @@ TEST_F(ContainerTest, ActsWhileItIsCalled) {
        {"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "ShowObject", "OnControlInfoChanged",
         "OnUIActivate", "SetActiveObject", "SetBorderSpace", "OnStatusChange", "OnStatusChange by the user",
         "SetActiveObject null", "OnUIDeactivate", "OnInPlaceDeactivate"}) {
-    for (const auto& [name, deed] : Deeds()) {
+    for (const auto& [name, operation] : Operations()) {
       SCOPED_TRACE(call + ": " + name);
       Container container;
       bool done = false;
       const bool byUser = call == "OnStatusChange by the user";
       container.During(byUser ? "OnStatusChange" : call, [&] {
         done = true;
-        if (container.PageAs<IUnknown>()) deed(container);
+        if (container.PageAs<IUnknown>()) operation(container);
       });
       // What becomes of each call is not foreseen here, only that it comes to an end.
       container.Site(CreatePage());
@@ -269,13 +270,13 @@ TEST_F(ContainerTest, ActsWhileItIsCalled) {
 
 TEST_F(ContainerTest, ActsWhileADialogOrAMessageBoxIsOpen) {
   for (const std::string button : {"cmdChange", "cmdRestoreDialogs"}) {
-    for (const auto& [name, deed] : Deeds()) {
+    for (const auto& [name, operation] : Operations()) {
       SCOPED_TRACE(button + ": " + name);
       Container container;
       Open(container);
       ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
       Modals modals;
-      modals.Then([&, act = deed](HWND front) {
+      modals.Then([&, act = operation](HWND front) {
         EXPECT_EQ(ReadMessageBox(front).has_value(), button == "cmdRestoreDialogs");
         EXPECT_EQ(IsWindowEnabled(container.Top()), FALSE) << "it is modal";
         act(container);

@@ -150,7 +150,6 @@ void CallSession(Answers& answers, FixedAnswers& user, AddinApp& addin) {
   ANSWER(Require(session).GetDefaultFolder(99));
   user.picked = 2;
   ANSWER(Require(Require(session).PickFolder()).Name());
-  user.picked.reset();
   ANSWER(Require(session).PickFolder());
   ANSWER(Require(session).CurrentProfileName());
   ANSWER(Require(Require(session).CurrentUser()).Name());
