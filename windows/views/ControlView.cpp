@@ -135,6 +135,18 @@ bool ControlView::ReachByMouse() {
   return host_.Actions().Focus(control_) == Outcome::Done;
 }
 
+bool ControlView::Pressed(UINT message) {
+  const bool wasDown = GetKeyState(VK_LBUTTON) < 0;
+  released_ = false;
+  if (!ReachByMouse()) return true;
+  // A message box on the way here may have taken the release, for which the window would wait.
+  const bool released = released_ || (wasDown && GetKeyState(VK_LBUTTON) >= 0);
+  const bool isLeft = message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
+  if (!released || !isLeft) return false;
+  host_.Actions().Click(control_);
+  return true;
+}
+
 void ControlView::FocusArrived() {
   if (host_.Shown().Focus() == &control_) return;
   // A box that keeps the focus says why: it has to have the focus by then, for that is where the message
@@ -151,7 +163,7 @@ void ControlView::FocusArrived() {
 }
 
 bool ControlView::Intercept(UINT message, WPARAM wParam, LPARAM /*lParam*/, LRESULT& result) {
-  if (IsMousePress(message)) return !ReachByMouse();
+  if (IsMousePress(message)) return Pressed(message);
   if (message == WM_KEYDOWN && KeyDown(static_cast<int>(wParam))) return true;
   if (message == WM_CHAR && (wParam == VK_RETURN || wParam == VK_ESCAPE || wParam == VK_TAB)) return true;
   static_cast<void>(result);
@@ -168,6 +180,7 @@ LRESULT CALLBACK ControlView::Procedure(HWND window, UINT message, WPARAM wParam
   const std::shared_ptr<void> keep = self.host_.KeepAlive();
   LRESULT result = 0;
   bool taken = false;
+  if (message == WM_LBUTTONUP) self.released_ = true;
   self.host_.Guard([&] { taken = self.Intercept(message, wParam, lParam, result); });
   if (taken) return result;
   if (message == WM_NCDESTROY) self.Forget();

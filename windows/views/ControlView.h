@@ -91,6 +91,8 @@ class ControlView : public Measured {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                     DWORD_PTR view);
+  /// A button of the mouse goes down here. True when the window is not to know.
+  bool Pressed(UINT message);
   void FocusArrived();
   void Forget();
 
@@ -98,6 +100,7 @@ class ControlView : public Measured {
   HWND window_ = nullptr;
   HWND hiddenName_ = nullptr;
   std::wstring shownText_;
+  bool released_ = false;  // the left button of the mouse, since it was pressed
 };
 
 }  // namespace vexa::windows

@@ -171,6 +171,8 @@ void FormWindow::FocusMoved(Form& /*form*/) {
   for (Entry& entry : entries_) {
     if (entry.view->Shown().Kind() == ControlKind::Button) entry.stale = true;  // another default
   }
+  // At once: a message box that a handler shows now gives the focus back to the window that has it.
+  if (!closed_ && HasKeyboard()) FollowFocus();
   PostSettle();
 }
 
@@ -224,9 +226,7 @@ void FormWindow::Settle() {
     if (std::exchange(entry.selectAll, false)) entry.view->SelectContent();
   }
   SettleCaptions();
-  // A button that is being pressed would let go with the focus.
-  const bool pressing = GetCapture() != nullptr && IsChild(window_, GetCapture()) != FALSE;
-  if (hadKeyboard && !pressing && GetFocus() != FocusTarget()) SetFocus(FocusTarget());
+  if (hadKeyboard) FollowFocus();
 }
 
 void FormWindow::SettleCaptions() {

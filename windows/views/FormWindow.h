@@ -112,6 +112,9 @@ class FormWindow final : public FormView, private ViewHost, public std::enable_s
   /// Where the form has the focus; the window itself when no control can have it.
   HWND FocusTarget() const;
   bool HasKeyboard() const;
+  /// Moves the keyboard focus to where the form has it, unless a button is being pressed: the button would
+  /// come up without a click.
+  void FollowFocus();
   void UseDpi(int dpi);
   void GrowToFit();
 

@@ -25,6 +25,11 @@ void FormWindow::TakeFocus() {
   if (!closed_) SetFocus(FocusTarget());
 }
 
+void FormWindow::FollowFocus() {
+  const bool pressing = GetCapture() != nullptr && IsChild(window_, GetCapture()) != FALSE;
+  if (!pressing && GetFocus() != FocusTarget()) SetFocus(FocusTarget());
+}
+
 void FormWindow::ShowKeyboardCues() {
   Send(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEACCEL | UISF_HIDEFOCUS));
 }
