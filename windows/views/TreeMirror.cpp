@@ -1,6 +1,7 @@
 #include "windows/views/TreeMirror.h"
 
 #include <charconv>
+#include <utility>
 
 #include "windows/com/Text.h"
 
@@ -21,7 +22,15 @@ TreeMirror::TreeMirror(HWND window, Tree& tree, IconCache& icons) : window_(wind
   UseIcons(icons);
   tree_.KeepChanges(true);
   for (const Tree::Node root : tree_.Children(Tree::NoNode)) InsertBranch(root);
-  Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(tree_.Selected()));
+  ShowSelection();
+}
+
+void TreeMirror::ShowSelection() {
+  const Tree::Node node = tree_.Selected();
+  if (node != Tree::NoNode && node >= handles_.size()) return;  // Sync inserts it first
+  const bool former = std::exchange(working_, true);
+  Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(node));
+  working_ = former;
 }
 
 void TreeMirror::UseIcons(IconCache& icons) {
@@ -48,7 +57,7 @@ void TreeMirror::Sync() {
     if (growth.parent != Tree::NoNode) ShowExpanded(growth.parent);
   }
   for (const Tree::Node node : changes.states) ShowState(node);
-  if (changes.selection) Send(window_, TVM_SELECTITEM, TVGN_CARET, HandleOf(tree_.Selected()));
+  if (changes.selection) ShowSelection();
   if (changes.shown != Tree::NoNode) Send(window_, TVM_ENSUREVISIBLE, 0, HandleOf(changes.shown));
   if (atOnce) {
     Send(window_, WM_SETREDRAW, TRUE);

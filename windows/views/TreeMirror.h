@@ -26,6 +26,8 @@ class TreeMirror {
 
   /// Shows what has changed since the last time.
   void Sync();
+  /// Selects what the tree has selected, whatever the window has.
+  void ShowSelection();
   /// Icons of another size.
   void UseIcons(IconCache& icons);
 

@@ -72,8 +72,6 @@ class TreeView final : public ControlView {
       case TVN_SELCHANGEDW:
         SelectionChanged(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
         return 0;
-      case NM_CLICK:
-        return Clicked();
       default:
         return 0;
     }
@@ -94,13 +92,17 @@ class TreeView final : public ControlView {
         TVHITTESTINFO hit{};
         hit.pt = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
         const Tree::Node node = NodeAt(hit);
-        if (node != Tree::NoNode && (hit.flags & TVHT_ONITEMSTATEICON) != 0) {
-          SetFocus(Window());
+        const bool onBox = (hit.flags & TVHT_ONITEMSTATEICON) != 0;
+        const bool onItem = (hit.flags & (TVHT_ONITEMICON | TVHT_ONITEMLABEL)) != 0;
+        // A second click in a row opens or closes the branch, which the window does.
+        if (node == Tree::NoNode || !(onBox || (onItem && message == WM_LBUTTONDOWN))) return false;
+        SetFocus(Window());
+        if (onBox) {
           ToggleCheck(node);
-          return true;
+        } else {
+          host_.Actions().ClickNode(tree_, node);
         }
-        selectedBefore_ = tree_.Selected();
-        return false;
+        return true;
       }
       case WM_CHAR:
         if (wParam == VK_SPACE) return true;  // else it looks for a text that begins with one, and beeps
@@ -129,27 +131,17 @@ class TreeView final : public ControlView {
     return TRUE;
   }
 
+  /// The window has selected a node by itself: one that typed letters have found.
   void SelectionChanged(const NMTREEVIEWW& change) {
     if (mirror_->IsWorking() || change.itemNew.hItem == nullptr) return;
     if (change.action != TVC_BYMOUSE && change.action != TVC_BYKEYBOARD) return;
-    host_.Actions().ClickNode(tree_, static_cast<Tree::Node>(change.itemNew.lParam));
-  }
-
-  /// A click on the node that was already selected changes no selection, and is a click all the same.
-  LRESULT Clicked() {
-    const DWORD position = GetMessagePos();
-    TVHITTESTINFO hit{};
-    hit.pt = {static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
-    if (ScreenToClient(Window(), &hit.pt) == FALSE) return 0;
-    const Tree::Node node = NodeAt(hit);
-    const bool onItem = (hit.flags & (TVHT_ONITEMICON | TVHT_ONITEMLABEL)) != 0;
-    if (node != Tree::NoNode && onItem && node == selectedBefore_) host_.Actions().ClickNode(tree_, node);
-    return 0;
+    const auto node = static_cast<Tree::Node>(change.itemNew.lParam);
+    const Outcome outcome = host_.Actions().ClickNode(tree_, node);
+    if (outcome != Outcome::Done && Window() != nullptr) mirror_->ShowSelection();
   }
 
   Tree& tree_;
   std::optional<TreeMirror> mirror_;
-  Tree::Node selectedBefore_ = Tree::NoNode;
 };
 
 }  // namespace
