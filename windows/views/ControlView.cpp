@@ -92,6 +92,10 @@ void ControlView::Sync() {
   SetPropW(window_, L"VexaPicture", reinterpret_cast<HANDLE>(static_cast<INT_PTR>(control_.Picture().id)));
 }
 
+void ControlView::Resync() {
+  if (window_ != nullptr) Sync();
+}
+
 void ControlView::SyncText() {
   if (hiddenName_ != nullptr) {
     Verified(SetWindowTextW(hiddenName_, AccessibleName().c_str()), "SetWindowTextW");
@@ -132,7 +136,7 @@ bool ControlView::KeyDown(int key) {
 
 bool ControlView::ReachByMouse() {
   if (!control_.TakesFocus()) return true;
-  return host_.Actions().Focus(control_) == Outcome::Done;
+  return host_.Actions().Focus(control_) == Outcome::Done && window_ != nullptr;
 }
 
 bool ControlView::Pressed(UINT message) {

@@ -83,7 +83,11 @@ class ControlView : public Measured {
   /// A message to the window, before the window itself. False: let the window have it.
   virtual bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
-  /// Brings the focus here for a press of the mouse. False when another control keeps it.
+  /// Shows the control's state again after an action of the user that the window has shown already. The
+  /// action may have been refused, or have destroyed the window.
+  void Resync();
+  /// Brings the focus here for a press of the mouse. False when another control keeps it,
+  /// or the window was destroyed.
   virtual bool ReachByMouse();
 
   ViewHost& host_;

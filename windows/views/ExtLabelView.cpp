@@ -162,7 +162,9 @@ class ExtLabelView final : public ControlView, private LinkedText {
     return around;
   }
   int CurrentLink() const override { return label_.CurrentHotSpot(); }
+  // These do not come by a message to the window, which would keep the form.
   void ReachLink(int link) override {
+    const std::shared_ptr<void> keep = host_.KeepAlive();
     host_.Guard([&] {
       if (host_.Actions().Focus(label_) != Outcome::Done) return;
       label_.SetCurrentHotSpot(link);
@@ -170,6 +172,7 @@ class ExtLabelView final : public ControlView, private LinkedText {
     });
   }
   void FollowLink(int link) override {
+    const std::shared_ptr<void> keep = host_.KeepAlive();
     // Later: whoever asks from another process must not wait for what the click opens.
     ReachLink(link);
     if (GetFocus() == Window()) PostMessageW(Window(), WM_KEYDOWN, VK_SPACE, 1);

@@ -119,18 +119,16 @@ bool FormWindow::PressAccessKey(wchar_t letter) {
 }
 
 void FormWindow::Activate(Control& control) {
+  // First the focus: a window that the click opens gives it back to where it was.
+  if (actions_.Focus(control) != Outcome::Done || closed_) return;
+  TakeFocus();
   switch (control.Kind()) {
     case ControlKind::Button:
     case ControlKind::CheckBox:
     case ControlKind::OptionButton:
-      // First the focus: a window that the click opens gives it back to where it was.
-      if (actions_.Focus(control) != Outcome::Done) break;
-      TakeFocus();
       actions_.Click(control);
       break;
     default:
-      if (actions_.Focus(control) != Outcome::Done) break;
-      TakeFocus();
       if (ControlView* const view = FindView(FocusTarget())) view->SelectContent();
       break;
   }

@@ -207,7 +207,7 @@ class GridView final : public ControlView {
     if (!chosen || change.iItem < 0 || change.iItem >= grid_.RowCount()) return;
     if (change.iItem + 1 == grid_.CurrentRow()) return;
     host_.Actions().SelectCell(grid_, change.iItem + 1, grid_.CurrentColumn());
-    ShowCurrent();  // back, when it was refused
+    if (Window() != nullptr) ShowCurrent();  // back, when it was refused
   }
 
   LRESULT DrawStage(const NMLVCUSTOMDRAW& draw) const {

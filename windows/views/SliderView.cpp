@@ -19,7 +19,7 @@ class SliderView final : public ControlView {
     const int range = slider.Maximum() - slider.Minimum();
     Send(Window(), TBM_SETTICFREQ, std::max(range / MostTicks, 1));
     Send(Window(), TBM_SETLINESIZE, 0, 1);
-    Send(Window(), TBM_SETPAGESIZE, 0, std::max(range / MostTicks, 1));
+    Send(Window(), TBM_SETPAGESIZE, 0, 1);
     SliderView::Sync();
   }
 
@@ -40,16 +40,32 @@ class SliderView final : public ControlView {
 
   LRESULT Notified(UINT message, WPARAM wParam, LPARAM /*lParam*/) override {
     if (message != WM_HSCROLL || LOWORD(wParam) == TB_ENDTRACK) return 0;
-    host_.Actions().Slide(slider_, static_cast<int32_t>(Send(Window(), TBM_GETPOS)));
-    Sync();  // back, when it was refused
+    Slide(static_cast<int32_t>(Send(Window(), TBM_GETPOS)));
     return 0;
   }
 
  protected:
   std::wstring WindowText() const override { return AccessibleName(); }
 
+  bool Intercept(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override {
+    if (message != WM_MOUSEWHEEL) return ControlView::Intercept(message, wParam, lParam, result);
+    // The window itself would move by as many positions as a text scrolls lines. Fine wheels send parts of
+    // a notch.
+    turned_ += GET_WHEEL_DELTA_WPARAM(wParam);
+    const int notches = turned_ / WHEEL_DELTA;
+    turned_ %= WHEEL_DELTA;
+    if (notches != 0) Slide(slider_.Position() - notches);
+    return true;
+  }
+
  private:
+  void Slide(int32_t position) {
+    host_.Actions().Slide(slider_, position);
+    Resync();  // back, when it was refused
+  }
+
   Slider& slider_;
+  int turned_ = 0;  // the wheel, since the last whole notch
 };
 
 }  // namespace

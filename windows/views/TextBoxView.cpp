@@ -44,7 +44,7 @@ class TextBoxView final : public ControlView {
     if (entry == shown_) return 0;
     shown_ = std::move(entry);
     host_.Actions().Type(box_, ToUtf8(shown_));
-    Sync();  // what the form made of it, or the former text when the entry was refused
+    Resync();  // what the form made of it, or the former text when the entry was refused
     return 0;
   }
 

@@ -2,11 +2,13 @@
 // pointer, the ways in which a modal dialog may end, and what assistive software sees.
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <thread>
 
 #include "dialogs/frmNotice.h"
 #include "tests/windows/views/Stage.h"
 #include "windows/com/Com.h"
+#include "windows/views/FormWindow.h"
 #include "windows/views/Handles.h"
 
 namespace vexa::windows {
@@ -23,6 +25,13 @@ class DialogTest : public WindowStage {
 
   Gallery gallery_{services_};
 };
+
+/// What all controls show.
+std::string Seen(HWND form) {
+  std::ostringstream seen;
+  for (const HWND control : workbench::ControlsOf(form)) Print(seen, workbench::ReadControl(control));
+  return seen.str();
+}
 
 std::string FocusName() { return ControlNameOf(GetFocus()); }
 
@@ -84,6 +93,8 @@ TEST_F(DialogTest, ABusyFormTakesNoInputAndShowsTheWaitPointer) {
   int pressed = 0;
   WhenPressed([&] {
     if (++pressed > 1) return;
+    gallery_.tvNodes.SetExpanded(gallery_.tvNodes.FirstChild(Tree::NoNode), true);
+    gallery_.tvNodes.Refresh();
     const HWND form = GetAncestor(GetFocus(), GA_ROOT);
     const HWND box = FindNamed(form, "chkFrame");
     gallery_.SetEnabled(false);
@@ -93,10 +104,19 @@ TEST_F(DialogTest, ABusyFormTakesNoInputAndShowsTheWaitPointer) {
     Send(box, WM_SETCURSOR, box, MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
     EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT)) << "over a control, too";
     Modals::PostKey(VK_SPACE);
+    const std::string before = Seen(form);
+    // As programs that drive the windows do: each window has changed before it says so.
     Modals::PostClick(box);
+    Modals::PostClick(FindNamed(form, "optTwo"));
+    Send(FindNamed(form, "txtNumber"), EM_REPLACESEL, TRUE, L"7");
+    Send(FindNamed(form, "sldLevel"), WM_KEYDOWN, VK_END);
+    Send(FindNamed(form, "sldLevel"), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA));
+    Send(FindNamed(form, "gdRows"), WM_KEYDOWN, VK_END);
+    Send(FindNamed(form, "tvNodes"), WM_KEYDOWN, VK_SPACE);
+    Send(FindNamed(form, "tvNodes"), WM_CHAR, 'l', 1);
     desktop_.ProcessPendingMessages();
     EXPECT_EQ(pressed, 1);
-    EXPECT_FALSE(gallery_.chkFrame.Checked());
+    EXPECT_EQ(Seen(form), before);
     gallery_.SetMousePointer(Form::Pointer::Default);
     gallery_.SetEnabled(true);
     EXPECT_NE(IsWindowEnabled(form), FALSE);
@@ -105,6 +125,22 @@ TEST_F(DialogTest, ABusyFormTakesNoInputAndShowsTheWaitPointer) {
   });
   Modals modals;
   modals.Click("cmdHidden").Press(VK_ESCAPE);
+  Show(gallery_);
+}
+
+TEST_F(DialogTest, ANotchOfTheWheelMovesASliderByOnePosition) {
+  Modals modals;
+  modals.Then([&](HWND front) {
+    const HWND slider = FindNamed(front, "sldLevel");
+    std::string positions;
+    for (const int turn : {-120, -60, -60, -20, 120, 20, 240}) {
+      Send(slider, WM_MOUSEWHEEL, MAKEWPARAM(0, turn));
+      positions += std::to_string(gallery_.sldLevel.Position()) + " ";
+    }
+    EXPECT_EQ(positions, "1 1 2 2 2 1 0 ");
+    EXPECT_EQ(Send(slider, TBM_GETPOS), 0);
+    Modals::PostKey(VK_ESCAPE);
+  });
   Show(gallery_);
 }
 
@@ -186,6 +222,52 @@ TEST_F(DialogTest, ADialogWithoutALayoutDisablesNobody) {
   } unknown;
   EXPECT_THROW(windows_.ShowModal(unknown, nullptr), Error);
   EXPECT_NE(IsWindowEnabled(owner_), FALSE);
+}
+
+/// The container of a page may let go of it whatever the page is doing.
+TEST_F(DialogTest, AWindowLivesAsLongAsAnythingRunsInIt) {
+  std::shared_ptr<FormWindow> window;
+  const std::vector<std::pair<const char*, Modals::Step>> ways = {
+      {"a message to the form",
+       [](HWND form) {
+         const HWND slider = FindNamed(form, "sldLevel");
+         Send(slider, TBM_SETPOS, TRUE, 1);
+         Send(form, WM_HSCROLL, SB_THUMBPOSITION, slider);
+       }},
+      {"a message to a control",
+       [](HWND form) { Send(FindNamed(form, "sldLevel"), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA)); }},
+      {"a key",
+       [&](HWND form) {
+         window->Translate({form, WM_KEYDOWN, VK_RETURN, 1, 0, {}});
+       }},
+      {"an access key",
+       [&](HWND form) { window->PressAccessKey(MarkOf(TextOfWindow(FindNamed(form, "chkFrame")))); }},
+      {"assistive software",
+       [](HWND form) { AccessibleOf(FindNamed(form, "lblHot"))->accSelect(SELFLAG_TAKEFOCUS, Child(1)); }},
+  };
+  for (const auto& [name, enter] : ways) {
+    SCOPED_TRACE(name);
+    Gallery gallery(services_);
+    auto owner = std::make_shared<int>();
+    const std::weak_ptr ownerAlive = owner;
+    window = FormWindow::Make(gallery, {TestedModule(), workbench::LayoutOfGallery(), owner_, nullptr,
+                                        [ownerAlive] { return ownerAlive.lock(); }});
+    const std::weak_ptr alive = window;
+    int ran = 0;
+    const auto letGo = [&] {
+      ++ran;
+      window.reset();
+      owner.reset();
+      EXPECT_FALSE(alive.expired() || ownerAlive.expired());
+    };
+    for (Event* const event : {&gallery.sldLevel.OnChange, &gallery.cmdOk.OnClick, &gallery.chkFrame.OnClick,
+                               &gallery.lblHot.OnGotFocus}) {
+      *event = letGo;
+    }
+    enter(window->Handle());
+    EXPECT_EQ(ran, 1);
+    EXPECT_TRUE(alive.expired() && ownerAlive.expired());
+  }
 }
 
 // --- what assistive software and others see
