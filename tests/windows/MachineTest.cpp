@@ -146,6 +146,28 @@ TEST_F(Machine, KnowsWhatVersionsFilesHave) {
   EXPECT_FALSE(desktop_.FileVersion("C:\\none.dll"));
 }
 
+TEST_F(Machine, FindsTheFileBehindAClass) {
+  const std::wstring name = L"VexaMachineTest.Class";
+  const std::wstring id = L"{5B0E2A31-77C4-4D0F-9B3A-2F6E1D8C4A90}";
+  EXPECT_EQ(ServerFileOf(name), L"");
+  const auto write = [](const std::wstring& key, const std::wstring& value) {
+    const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + key).c_str(), nullptr, REG_EXPAND_SZ,
+                    value.c_str(), size);
+  };
+  write(name + L"\\CLSID", id);
+  for (const auto& [command, file] : {std::pair(L"C:\\A B\\x.EXE /y", L"C:\\A B\\x.EXE"),
+                                      std::pair(L"\"%SystemDrive%\\A B\\x\" /y", L"C:\\A B\\x"),
+                                      std::pair(L"C:\\A B\\x.exe", L"C:\\A B\\x.exe")}) {
+    write(L"CLSID\\" + id + L"\\LocalServer32", command);
+    EXPECT_EQ(ServerFileOf(name), file);
+  }
+  write(L"CLSID\\" + id + L"\\InprocServer32", L"C:\\x.dll");
+  EXPECT_EQ(ServerFileOf(name), L"C:\\x.dll") << "what COM takes first";
+  RegDeleteTreeW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + name).c_str());
+  RegDeleteTreeW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\CLSID\\" + id).c_str());
+}
+
 TEST_F(Machine, PendingMessagesAreWorkedOffAndTheEndOfTheLoopIsKept) {
   MSG message{};
   PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // the thread gets its queue

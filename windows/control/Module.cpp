@@ -6,6 +6,7 @@
 #include "VexaControls.h"
 #include "windows/com/ServerObject.h"
 #include "windows/control/PageControl.h"
+#include "windows/desktop/WindowsDesktop.h"
 
 namespace vexa::windows {
 namespace {
@@ -48,16 +49,9 @@ void StayLoaded() {
 HMODULE ModuleHandle() { return moduleHandle; }
 
 std::wstring ModulePath() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameW(moduleHandle, path.data(), static_cast<DWORD>(path.size()));
-    if (length == 0) Check(HRESULT_FROM_WIN32(GetLastError()));
-    if (length < path.size()) {
-      path.resize(length);
-      return path;
-    }
-    path.resize(path.size() * 2);
-  }
+  std::wstring path = FileOf(moduleHandle);
+  if (path.empty()) Check(HRESULT_FROM_WIN32(GetLastError()));
+  return path;
 }
 
 bool IsModuleUsed() { return LivingObjects::Count() != 0 || serverLocks != 0; }

@@ -1,4 +1,6 @@
 // The machine's part of the desktop: files, registry, versions, who works where, pending messages.
+#include <objbase.h>
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -47,7 +49,46 @@ class RegistryKey {
   HKEY key_ = nullptr;
 };
 
+/// The file that a command starts, without quotes and arguments.
+std::wstring ProgramIn(const std::wstring& command) {
+  if (command.starts_with(L'"')) return command.substr(1, command.find(L'"', 1) - 1);
+  std::wstring lower = command;
+  CharLowerW(lower.data());
+  const size_t end = lower.find(L".exe ");
+  return end == std::wstring::npos ? command : command.substr(0, end + 4);
+}
+
 }  // namespace
+
+std::wstring FileOf(HMODULE module) {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+std::wstring ServerFileOf(const std::wstring& programId) {
+  CLSID classId{};
+  std::array<wchar_t, 39> text{};
+  if (FAILED(CLSIDFromProgID(programId.c_str(), &classId))) return {};
+  StringFromGUID2(classId, text.data(), static_cast<int>(text.size()));
+  for (const wchar_t* const kind : {L"InprocServer32", L"LocalServer32"}) {
+    const std::wstring key = L"CLSID\\" + std::wstring(text.data()) + L"\\" + kind;
+    std::wstring command(32768, L'\0');
+    auto size = static_cast<DWORD>(command.size() * sizeof(wchar_t));
+    if (RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, command.data(),
+                     &size) == ERROR_SUCCESS) {
+      command.resize(size / sizeof(wchar_t) - 1);  // without the terminating zero
+      return ProgramIn(command);
+    }
+  }
+  return {};
+}
 
 std::wstring FilePath(const std::string& path) {
   constexpr size_t longest = MAX_PATH - 12;

@@ -62,6 +62,13 @@ class WindowsFileAppender final : public FileAppender {
   void Append(const std::string& path, std::string_view text) override;
 };
 
+/// The file of a loaded module; of the program for null. Empty when Windows does not tell.
+std::wstring FileOf(HMODULE module);
+
+/// The file that COM loads or starts for the class that a program identifier names; empty when none is
+/// registered.
+std::wstring ServerFileOf(const std::wstring& programId);
+
 /// A path as the file functions take it, also when it is longer than they usually allow.
 std::wstring FilePath(const std::string& path);
 

@@ -28,6 +28,11 @@ ActivationContext::~ActivationContext() {
   if (context_ != INVALID_HANDLE_VALUE) ReleaseActCtx(context_);
 }
 
+HMODULE ActivationContext::CommonControls() const {
+  const Scope scope(*this);
+  return GetModuleHandleW(L"comctl32.dll");
+}
+
 ActivationContext::Scope::Scope(const ActivationContext& context) {
   if (context.context_ == INVALID_HANDLE_VALUE) return;
   active_ = Verified(ActivateActCtx(context.context_, &cookie_), "ActivateActCtx") != FALSE;

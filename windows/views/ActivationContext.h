@@ -28,6 +28,9 @@ class ActivationContext {
     ULONG_PTR cookie_ = 0;
   };
 
+  /// The loaded library that draws the windows created in a scope; null before there is one.
+  HMODULE CommonControls() const;
+
  private:
   HANDLE context_ = INVALID_HANDLE_VALUE;
 };

@@ -104,8 +104,20 @@ BOOL WINAPI MachineName(LPWSTR buffer, DWORD* size) {
   return Answer("Sys.ComputerName", stage->workbench.profile.machine.computerName, buffer, size, 0);
 }
 
+/// The key that configures the module, as the profile has it: one of the user's that goes with the session.
+LSTATUS OpenConfiguration(HKEY* opened) {
+  const std::wstring address = ToUtf16(stage->workbench.profile.machine.supportAddress);
+  const auto size = static_cast<DWORD>((address.size() + 1) * sizeof(wchar_t));
+  const LSTATUS code = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\VexaHost", 0, nullptr, REG_OPTION_VOLATILE,
+                                       KEY_QUERY_VALUE | KEY_SET_VALUE, nullptr, opened, nullptr);
+  if (code != ERROR_SUCCESS) return code;
+  return RegSetValueExW(*opened, L"SupportAddress", 0, REG_SZ, reinterpret_cast<const BYTE*>(address.c_str()),
+                        size);
+}
+
 LSTATUS WINAPI OpenKey(HKEY root, LPCWSTR key, DWORD options, REGSAM access, HKEY* opened) {
   const bool ofMachine = root == HKEY_LOCAL_MACHINE;
+  if (std::wstring_view(key) == L"SOFTWARE\\Tolvane\\Vexa") return OpenConfiguration(opened);
   if ((access & KEY_SET_VALUE) != 0) {
     const std::string path =
         std::string(RegistryRootName(ofMachine ? RegistryRoot::LocalMachine : RegistryRoot::CurrentUser)) +

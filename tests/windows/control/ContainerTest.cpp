@@ -6,12 +6,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cwctype>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <random>
 
+#include "tests/ScratchFolder.h"
 #include "tests/windows/Modals.h"
 #include "tests/windows/control/Handles.h"
 #include "tests/windows/control/PageTest.h"
@@ -20,6 +23,74 @@ namespace vexa::windows {
 namespace {
 
 using ContainerTest = PageTest;
+
+/// A value in the registry of the machine or the user for the time of a scope, null for none.
+class Configured {
+ public:
+  Configured(HKEY root, std::wstring key, const wchar_t* name, const wchar_t* value)
+      : root_(root), key_(std::move(key)) {
+    if (value == nullptr) return;
+    const auto size = static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t));
+    EXPECT_EQ(RegSetKeyValueW(root_, key_.c_str(), name, REG_SZ, value, size), ERROR_SUCCESS);
+  }
+  Configured(const Configured&) = delete;
+  Configured& operator=(const Configured&) = delete;
+  ~Configured() { RegDeleteTreeW(root_, key_.c_str()); }
+
+ private:
+  HKEY root_;
+  std::wstring key_;
+};
+
+/// Before all other tests: the module finds out once what is at work.
+TEST_F(ContainerTest, ErrorsNameWhatIsAtWorkAndGoToTheConfiguredAddress) {
+  const ScratchFolder scratch;
+  const std::string log = scratch / "VEXAERRORS.MDB";
+  Stored().ErrorLogPath = log;
+  CLSID classId{};
+  CLSIDFromProgID(L"VexaAddin.RegSettings", &classId);
+  std::array<wchar_t, 39> id{};
+  StringFromGUID2(classId, id.data(), static_cast<int>(id.size()));
+  const std::wstring server = L"\"" + TestedModulePath() + L"\" /automation";
+  const Configured addin(HKEY_LOCAL_MACHINE,
+                         L"Software\\Classes\\CLSID\\" + std::wstring(id.data()) + L"\\LocalServer32",
+                         nullptr, server.c_str());
+  const auto confirm = [](HWND front) { PostMessageW(GetDlgItem(front, IDOK), BM_CLICK, 0, 0); };
+  struct Row {
+    const wchar_t* machine;
+    const wchar_t* user;
+    const char* expected;
+  };
+  for (const Row& row :
+       {Row{nullptr, nullptr, "support@tolvane.example"}, Row{L"", L"user@here", "user@here"},
+        Row{L"machine@here", L"user@here", "machine@here"}}) {
+    SCOPED_TRACE(row.expected);
+    const Configured machine(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Tolvane\\Vexa", L"SupportAddress", row.machine);
+    const Configured user(HKEY_CURRENT_USER, L"SOFTWARE\\Tolvane\\Vexa", L"SupportAddress", row.user);
+    Container container;
+    Open(container);
+    bench_->calls.PlanFault("RS.CanWrite", 1, Error(1005, "no answer", "test"));
+    Modals modals;
+    // The error; then the advanced settings, the notice of what is sent, and that the mail found no file.
+    modals.Then(confirm).Click("cmdEmail").Then(confirm).Then(confirm).Press(VK_ESCAPE);
+    bench_->calls.Clear();
+    container.Click("cmdAdvanced");
+    container.Click("cmdAdvanced");
+    EXPECT_TRUE(
+        Contains(bench_->calls.Lines(), "Mail.Recipients.Add(\"" + std::string(row.expected) + "\")"));
+  }
+  std::ifstream records(log);
+  std::string components;
+  std::getline(records, components);
+  const auto after = [&](const std::string& name) {
+    const size_t at = components.find('"' + name + "\",") + name.size() + 3;
+    return components.substr(at, components.find('}', at) - at);
+  };
+  EXPECT_NE(after("VexaControls").find("VexaControls.dll"), std::string::npos) << components;
+  EXPECT_EQ(after("VexaAddin"), after("VexaControls")) << "the same file, and so the same version";
+  EXPECT_NE(components.find("\"control-tests.exe\","), std::string::npos) << components;
+  EXPECT_NE(components.find("\\\\winsxs\\\\"), std::string::npos) << components;
+}
 
 TEST_F(ContainerTest, ShowsThePageAndEndsItInGoodOrder) {
   Container container;
