@@ -35,7 +35,10 @@ class Configured {
   }
   Configured(const Configured&) = delete;
   Configured& operator=(const Configured&) = delete;
-  ~Configured() { RegDeleteTreeW(root_, key_.c_str()); }
+  ~Configured() {
+    // And the keys above it that have nothing below them then.
+    while (RegDeleteKeyW(root_, key_.c_str()) == ERROR_SUCCESS) key_.resize(key_.rfind(L'\\'));
+  }
 
  private:
   HKEY root_;
