@@ -108,8 +108,9 @@ BOOL WINAPI MachineName(LPWSTR buffer, DWORD* size) {
 LSTATUS OpenConfiguration(HKEY* opened) {
   const std::wstring address = ToUtf16(stage->workbench.profile.machine.supportAddress);
   const auto size = static_cast<DWORD>((address.size() + 1) * sizeof(wchar_t));
-  const LSTATUS code = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\VexaHost", 0, nullptr, REG_OPTION_VOLATILE,
-                                       KEY_QUERY_VALUE | KEY_SET_VALUE, nullptr, opened, nullptr);
+  const LSTATUS code =
+      RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\VexaHost", 0, nullptr, REG_OPTION_VOLATILE,
+                      KEY_QUERY_VALUE | KEY_SET_VALUE, nullptr, opened, nullptr);
   if (code != ERROR_SUCCESS) return code;
   return RegSetValueExW(*opened, L"SupportAddress", 0, REG_SZ, reinterpret_cast<const BYTE*>(address.c_str()),
                         size);
