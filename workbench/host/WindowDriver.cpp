@@ -86,12 +86,33 @@ void WindowDriver::Settle() {
     NoteOpened(windows);
     if (!AnswerTop(windows) && !ui_.RunHandedOver()) break;
   }
+  EndActions();
   std::vector<Running> done;
   std::erase_if(running_, [&](const Running& running) {
     if (running.task->IsDone()) done.push_back(running);
     return running.task->IsDone();
   });
   for (const Running& running : done) console_.AsHost([&] { running.Finish(); });
+}
+
+bool WindowDriver::IsActing(HWND form) const {
+  return std::ranges::find(acting_, form, &Acting::form) != acting_.end();
+}
+
+void WindowDriver::EndActions() {
+  const HWND top = dialogs_.empty() ? PageWindow() : dialogs_.back().window;
+  std::erase_if(acting_, [&](const Acting& acting) {
+    // One that an outside call has interrupted goes on.
+    return acting.callDepth >= callDepth_ && (acting.form == top || IsWindow(acting.form) == FALSE);
+  });
+}
+
+void WindowDriver::RunInsideCall(const std::function<void()>& command) {
+  ui_.HandOver([&] {
+    ++callDepth_;
+    command();
+    --callDepth_;
+  });
 }
 
 void WindowDriver::Running::Finish() const {

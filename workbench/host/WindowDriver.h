@@ -45,18 +45,28 @@ class WindowDriver final : public HostDriver {
   void TypeLetters(const std::string& text) override;
   std::string KeyboardFocus() override;
   std::optional<FolderIndex> PickFolder() override;
-  void RunInsideCall(const std::function<void()>& command) override { ui_.HandOver(command); }
+  void RunInsideCall(const std::function<void()>& command) override;
 
   // --- for the forms
 
   UiThread& Ui() const { return ui_; }
   /// Waits until the windows are quiet and everything that has come up is dealt with.
   void Settle();
+  /// A form carries out an action of the user from here on, until it is the top form again and the windows
+  /// are quiet.
+  void BeginAction(HWND form) { acting_.push_back({form, callDepth_}); }
+  bool IsActing(HWND form) const;
+  void EndActions();
 
  private:
   struct OpenDialog {
     HWND window;
     std::string name;
+  };
+
+  struct Acting {
+    HWND form;
+    int callDepth;  // inside how many outside calls it began
   };
 
   struct Running {
@@ -95,6 +105,8 @@ class WindowDriver final : public HostDriver {
   std::shared_ptr<OptionsDialog> dialog_;
   std::vector<OpenDialog> dialogs_;  // innermost last
   std::vector<Running> running_;
+  std::vector<Acting> acting_;
+  int callDepth_ = 0;
 };
 
 }  // namespace vexa::workbench

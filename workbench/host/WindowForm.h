@@ -55,6 +55,10 @@ class WindowForm final : public FormDriver {
   Outcome PressKey(HWND control, int keyCode, bool shift = false);
   /// Presses the key that stands for a button, if there is one.
   Outcome PressFor(const std::string& button, int keyCode);
+  /// Runs `act`, an action on `control` that the form refuses while it carries out another one. Its Cancel
+  /// button always acts.
+  template <typename Act>
+  Outcome Carry(HWND control, Act&& act);
   /// Whether something that was done to `control` has arrived, when `before` had the focus.
   Outcome Arrival(HWND control, HWND before) const;
 

@@ -24,6 +24,15 @@ Outcome WindowForm::Arrival(HWND control, HWND before) const {
                                                                                 : Outcome::Done;
 }
 
+template <typename Act>
+Outcome WindowForm::Carry(HWND control, Act&& act) {
+  const bool busy = driver_.IsActing(window_) && control != GetDlgItem(window_, IDCANCEL);
+  if (!busy) driver_.BeginAction(window_);
+  const Outcome outcome = act();
+  driver_.EndActions();
+  return busy ? Outcome::Busy : outcome;
+}
+
 Outcome WindowForm::Reach(HWND control) {
   if (const Outcome outcome = Usability(control); outcome != Outcome::Done) return outcome;
   const HWND before = FocusedControl();
@@ -66,24 +75,33 @@ Outcome WindowForm::PressKey(HWND control, int keyCode, bool shift) {
 
 Outcome WindowForm::Click(const std::string& name) {
   const HWND control = Find(name);
-  // Anywhere but on its words.
-  if (KindOf(control) == ControlKind::ExtLabel) return Reach(control);
-  return PressMouse(control, MiddleOf(control));
+  switch (KindOf(control)) {
+    case ControlKind::ExtLabel:  // anywhere but on its words
+      return Reach(control);
+    case ControlKind::Button:
+    case ControlKind::CheckBox:
+      return Carry(control, [&] { return PressMouse(control, MiddleOf(control)); });
+    default:
+      return PressMouse(control, MiddleOf(control));
+  }
 }
 
 Outcome WindowForm::DoubleClick(const std::string& name) {
   const HWND control = Find(name);
-  if (KindOf(control) != ControlKind::Grid) return PressMouse(control, MiddleOf(control), true);
-  const ControlState grid = Read(control);
-  RECT cell{LVIR_BOUNDS, grid.currentColumn, 0, 0};
-  Send(control, LVM_GETSUBITEMRECT, grid.currentRow - 1, &cell);
-  return PressMouse(control, {cell.left + 2, (cell.top + cell.bottom) / 2}, true);
+  POINT place = MiddleOf(control);
+  if (KindOf(control) == ControlKind::Grid) {
+    const ControlState grid = Read(control);
+    RECT cell{LVIR_BOUNDS, grid.currentColumn, 0, 0};
+    Send(control, LVM_GETSUBITEMRECT, grid.currentRow - 1, &cell);
+    place = {cell.left + 2, (cell.top + cell.bottom) / 2};
+  }
+  return Carry(control, [&] { return PressMouse(control, place, true); });
 }
 
 Outcome WindowForm::SetChecked(const std::string& name, bool checked) {
   const HWND box = Find(name);
   const bool isChecked = Send(box, BM_GETCHECK) == BST_CHECKED;
-  return isChecked == checked ? Reach(box) : PressMouse(box, MiddleOf(box));
+  return Carry(box, [&] { return isChecked == checked ? Reach(box) : PressMouse(box, MiddleOf(box)); });
 }
 
 Outcome WindowForm::Choose(const std::string& name) {
@@ -128,21 +146,25 @@ Outcome WindowForm::SelectCell(const std::string& name, int32_t row, int32_t col
 Outcome WindowForm::ClickNode(const std::string& name, Node node) {
   const HWND tree = Find(name);
   if (const Outcome outcome = Usability(tree); outcome != Outcome::Done) return outcome;
-  return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMLABEL));
+  return Carry(tree, [&] { return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMLABEL)); });
 }
 
 Outcome WindowForm::CheckNode(const std::string& name, Node node, bool checked) {
   const HWND tree = Find(name);
-  if (ReadNode(tree, ToItem(node)).checked == checked) return Reach(tree);
-  if (const Outcome outcome = Usability(tree); outcome != Outcome::Done) return outcome;
-  return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMSTATEICON));
+  return Carry(tree, [&] {
+    if (ReadNode(tree, ToItem(node)).checked == checked) return Reach(tree);
+    if (const Outcome outcome = Usability(tree); outcome != Outcome::Done) return outcome;
+    return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMSTATEICON));
+  });
 }
 
 Outcome WindowForm::Expand(const std::string& name, Node node, bool expanded) {
   const HWND tree = Find(name);
-  if (ReadNode(tree, ToItem(node)).expanded == expanded) return Reach(tree);
-  if (const Outcome outcome = Usability(tree); outcome != Outcome::Done) return outcome;
-  return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMBUTTON));
+  return Carry(tree, [&] {
+    if (ReadNode(tree, ToItem(node)).expanded == expanded) return Reach(tree);
+    if (const Outcome outcome = Usability(tree); outcome != Outcome::Done) return outcome;
+    return PressMouse(tree, PlaceOf(tree, ToItem(node), TVHT_ONITEMBUTTON));
+  });
 }
 
 Outcome WindowForm::ClickHotSpot(const std::string& name, int32_t hotSpot) {
@@ -150,7 +172,7 @@ Outcome WindowForm::ClickHotSpot(const std::string& name, int32_t hotSpot) {
   if (const Outcome outcome = Reach(label); outcome != Outcome::Done) return outcome;
   PressKey(label, VK_HOME);
   for (int32_t passed = 0; passed < hotSpot; ++passed) PressKey(label, VK_RIGHT);
-  return PressKey(label, VK_SPACE);
+  return Carry(label, [&] { return PressKey(label, VK_SPACE); });
 }
 
 Outcome WindowForm::Focus(const std::string& name) {
@@ -164,7 +186,9 @@ Outcome WindowForm::Press(int keyCode, bool shift) {
   if (keyCode == VK_RETURN) return Enter();
   if (keyCode == VK_ESCAPE) return Escape();
   const HWND before = FocusedControl();
-  PressKey(before, keyCode, shift);
+  const auto press = [&] { return PressKey(before, keyCode, shift); };
+  const Outcome pressed = keyCode == VK_TAB ? press() : Carry(before, press);
+  if (pressed == Outcome::Busy) return pressed;
   if (before == nullptr || IsWindow(window_) == FALSE) return Outcome::Done;
   const bool stayed = FocusedControl() == before;
   const ControlKind kind = KindOf(before);
@@ -178,9 +202,12 @@ Outcome WindowForm::Press(int keyCode, bool shift) {
 
 Outcome WindowForm::PressFor(const std::string& button, int keyCode) {
   if (button.empty()) return Outcome::NotTaken;
-  const Outcome outcome = Usability(Find(button));
-  PressKey(FocusedControl(), keyCode);
-  return outcome;
+  const HWND control = Find(button);
+  return Carry(control, [&] {
+    const Outcome outcome = Usability(control);
+    PressKey(FocusedControl(), keyCode);
+    return outcome;
+  });
 }
 
 Outcome WindowForm::Enter() { return PressFor(EnterButton(), VK_RETURN); }
