@@ -214,6 +214,9 @@ bool IsPassedOver(const Deed& deed, size_t n, const Way& way) {
   if (line == "hide" || line == "release" || line == "apply" || deed.pressed == "cmdHelp" ||
       member == "View.Refresh")
     return true;
+  // What remains to be done once a report is sent is logged, not shown.
+  if (deed.pressed == "cmdEmail" && (member == "Files.Remove" || member == "Sys.ProcessMessages"))
+    return true;
   // Nothing is an answer like any other: cancelled, at the top, no context.
   if (way.fault.kind == Fault::Kind::Nothing &&
       (member == "Sess.PickFolder" || member == "Folder.Parent" || member == "App.FolderSetContext"))
