@@ -7,8 +7,6 @@ namespace {
 
 using Kind = CallLog::Kind;
 
-std::string FlagText(bool flag) { return flag ? "True" : "False"; }
-
 class WorkbenchApplication final : public AddinApplication {
  public:
   explicit WorkbenchApplication(Workbench& workbench) : workbench_(workbench) {}
@@ -48,7 +46,7 @@ class WorkbenchUtilities final : public Utilities {
                        bool flag) override {
     workbench_.Calls().Enter("Util.SetUserProperty", Kind::Action, [&] {
       return "Util.SetUserProperty(item, " + QuotedText(name) + ", " + QuotedText(value.ToText()) + ", " +
-             std::to_string(type) + ", " + FlagText(flag) + ")";
+             std::to_string(type) + ", " + ValueText(flag) + ")";
     });
     SetMailProperty(Require(item), name, value.ToText());
   }
@@ -79,7 +77,7 @@ class WorkbenchScanner final : public Scanner {
   explicit WorkbenchScanner(Workbench& workbench) : workbench_(workbench) {}
   void StartSearch(bool stopAtScanned) override {
     workbench_.Calls().Enter("Scan.StartSearch", Kind::Action,
-                             [&] { return "Scan.StartSearch(" + FlagText(stopAtScanned) + ")"; });
+                             [&] { return "Scan.StartSearch(" + ValueText(stopAtScanned) + ")"; });
     workbench_.profile.addin.scanning = true;
   }
   bool IsScanning() override {
@@ -113,7 +111,7 @@ class WorkbenchAddin final : public AddinApp {
   }
   void SetOptionsPageOpen(bool& open) override {
     workbench_.Calls().Enter("App.SetOptionsPageOpen", Kind::Action,
-                             [&] { return "App.SetOptionsPageOpen(" + FlagText(open) + ")"; });
+                             [&] { return "App.SetOptionsPageOpen(" + ValueText(open) + ")"; });
   }
   void ApplySettings(RegSettingsRef& settings) override {
     workbench_.Calls().Enter("App.ApplySettings", Kind::Action, [] { return "App.ApplySettings(RS)"; });

@@ -199,4 +199,8 @@ std::string QuotedText(std::string_view text) {
   return quoted += '"';
 }
 
+std::string ValueText(bool value) { return value ? "True" : "False"; }
+std::string ValueText(int32_t value) { return std::to_string(value); }
+std::string ValueText(const std::string& value) { return QuotedText(value); }
+
 }  // namespace vexa::workbench

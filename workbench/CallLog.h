@@ -121,5 +121,9 @@ std::string OneLine(std::string_view text);
 /// `text` in double quotes, as the trace and the console write texts; quotes inside are doubled, line breaks
 /// read "|n".
 std::string QuotedText(std::string_view text);
+/// A value as the trace and the console write it.
+std::string ValueText(bool value);
+std::string ValueText(int32_t value);
+std::string ValueText(const std::string& value);
 
 }  // namespace vexa::workbench

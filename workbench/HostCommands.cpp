@@ -74,12 +74,12 @@ void AskPage(Console& console, const Words& words) {
   std::ostream& out = console.Out();
   const std::string& what = words[0];
   if (SameName(what, "dirty")) {
-    out << "Dirty: " << (host.Dirty() ? "True" : "False") << "\n";
+    out << "Dirty: " << ValueText(host.Dirty()) << "\n";
   } else if (SameName(what, "name")) {
     out << "Name: " << QuotedText(host.Title()) << "\n";
   } else if (SameName(what, "active")) {
     const bool active = host.PageActive();
-    out << "PageActive: " << (active ? "True" : "False") << "\n";
+    out << "PageActive: " << ValueText(active) << "\n";
   } else if (SameName(what, "page-info")) {
     const HostDriver::PageInfo info = host.GetPageInfo({"as the host passed it", 4711});
     out << "HelpFile: " << QuotedText(info.helpFile) << ", HelpContext: " << info.helpContext << "\n";

@@ -18,10 +18,6 @@ constexpr int16_t MailItems = 140;
 constexpr int16_t MeetingItems = 141;
 constexpr int32_t DefaultFolderMark = 0x40000000;
 
-std::string ValueText(bool value) { return value ? "True" : "False"; }
-std::string ValueText(int32_t value) { return std::to_string(value); }
-std::string ValueText(const std::string& value) { return QuotedText(value); }
-
 int32_t BitOf(int16_t resId) {
   if (resId < FirstItemType || resId > LastItemType) throw MakeError(ErrorNumber::InvalidProcedureCall);
   return 1 << (resId - FirstItemType);

@@ -10,10 +10,6 @@ namespace {
 
 using Kind = CallLog::Kind;
 
-std::string ValueText(bool value) { return value ? "True" : "False"; }
-std::string ValueText(const std::string& value) { return QuotedText(value); }
-std::string ValueText(int32_t value) { return std::to_string(value); }
-
 /// A collection of the settings object. It keeps its owner alive, as the real ones do.
 template <typename Value>
 class SettingsCollection final : public Collection<Value> {

@@ -69,9 +69,7 @@ void Set(Console& console, const Words& words) {
 
 // --- values to text
 
-std::string ValueText(bool value) { return value ? "True" : "False"; }
-std::string ValueText(int32_t value) { return std::to_string(value); }
-std::string ValueText(const std::string& value) { return QuotedText(value); }
+using workbench::ValueText;  // else the one below hides the others
 template <typename Value>
 std::string ValueText(const std::vector<Value>& values) {
   std::string text = std::to_string(values.size()) + " item" + (values.size() == 1 ? "" : "s");
