@@ -1,10 +1,9 @@
-// What the advanced settings do with the add-in's error log beside their controls: name it in a folder, and
-// send it to the support as an e-mail report. The add-in owns the file; a report carries a copy of it.
+// What the advanced settings do with the add-in's error log: name it in a folder, and send it to the support
+// as an e-mail report. The add-in owns the file; a report carries a copy of it.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "dialogs/Screen.h"
 
@@ -13,49 +12,25 @@ namespace vexa {
 /// The log has this name in whatever folder it lies.
 inline constexpr const char* ErrorLogName = "VEXAERRORS.MDB";
 
-/// The stages that an action has come through. An error that leaves Run carries them in its trail, in front
-/// of the action's own entry, so that a report from the field tells how far it came.
-class StageTrail {
+class ErrorLogTools {
  public:
-  explicit StageTrail(std::string_view module) : module_(module) {}
-  void Reach(std::string_view stage) { stages_.push_back(stage); }
+  /// `form` is disabled under the wait pointer while a report is built.
+  ErrorLogTools(const Services& services, Form& form) : services_(services), form_(form) {}
 
-  template <typename Body>
-  void Run(Body&& body) {
-    try {
-      body();
-    } catch (...) {
-      Error error = CurrentError();
-      for (const std::string_view stage : stages_) error.AppendTrail(module_, stage);
-      throw error;
-    }
-  }
+  /// Has the user choose a folder, beginning at that of `logPath`. The log's path in it; nothing when
+  /// cancelled. An error when the browser cannot be created.
+  std::optional<std::string> ChooseLocation(const std::string& logPath);
+  /// Sends a copy of the log when the user agrees, and tells the outcome.
+  void Email(const AddinAppRef& addin, const std::string& logPath);
 
  private:
-  std::string_view module_;
-  std::vector<std::string_view> stages_;
+  class StageTrail;
+  void SendCopy(const AddinAppRef& addin, const std::string& logPath, const std::string& copyPath,
+                StageTrail& stages);
+  bool Send(const AddinAppRef& addin, const std::string& logPath, StageTrail& stages);
+
+  const Services& services_;
+  Form& form_;
 };
-
-/// The place of a copy that is to be gone in the end, whatever happens.
-class TemporaryFile {
- public:
-  TemporaryFile(Desktop& desktop, std::string path) : desktop_(desktop), path_(std::move(path)) {}
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile();
-
-  const std::string& Path() const { return path_; }
-  /// An error when it cannot be removed; the destructor then tries once more.
-  void Remove();
-
- private:
-  Desktop& desktop_;
-  std::string path_;
-  bool removed_ = false;
-};
-
-/// Copies the log and sends the copy.
-void SendErrorLog(const AddinAppRef& addin, const Services& services, const std::string& logPath,
-                  const TemporaryFile& copy, StageTrail& stages);
 
 }  // namespace vexa

@@ -8,8 +8,7 @@ std::optional<ChosenFolder> ChooseFolder(const AddinAppRef& addin, const Service
                                          const FolderChoice& choice) {
   const AddinAppRef own = Share(addin);  // the dialog may be closed while Outlook's picker is open
   const auto refuse = [&](StringId message) {
-    services.desktop.Show(services.resources.LoadString(message), MessageIcon::Critical, MessageButtons::Ok,
-                          services.resources.LoadString(StringId::InvalidFolder));
+    services.Tell(message, MessageIcon::Critical, StringId::InvalidFolder);
   };
   const NameSpaceRef session = own->Session();
   for (;;) {

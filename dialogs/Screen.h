@@ -9,6 +9,7 @@
 #include "contracts/Desktop.h"
 #include "core/Handlers.h"
 #include "core/Resources.h"
+#include "core/ScopedFlag.h"
 #include "display/Form.h"
 
 namespace vexa {
@@ -23,6 +24,21 @@ struct Services {
   ErrorLog& errorLog;
   /// Where error reports are sent; the host may know another address than the maker's.
   std::string supportAddress = DefaultSupportAddress;
+
+  /// Shows a message box and answers which of its buttons was pressed.
+  MessageAnswer Ask(const std::string& text, MessageIcon icon, MessageButtons buttons,
+                    StringId title = StringId::ProductName) const {
+    return desktop.Show(text, icon, buttons, resources.LoadString(title));
+  }
+  MessageAnswer Ask(StringId text, MessageIcon icon, MessageButtons buttons,
+                    StringId title = StringId::ProductName) const {
+    return Ask(resources.LoadString(text), icon, buttons, title);
+  }
+  /// Shows a message box that has an OK button only.
+  template <typename Text>
+  void Tell(const Text& text, MessageIcon icon, StringId title = StringId::ShortProductName) const {
+    Ask(text, icon, MessageButtons::Ok, title);
+  }
 };
 
 /// Shows a dialog that an action of `opener` has made and waits until it ends. `owner` is the form whose
@@ -69,6 +85,12 @@ Event Handler(const Services& services, const Form& form, std::string_view proce
     ErrorReporter reporter(services.resources, services.desktop, services.errorLog);
     ShowAndLog(reporter, form.Name(), procedure, body);
   };
+}
+
+/// The same for a member of the form.
+template <typename Screen>
+Event Handler(const Services& services, Screen& form, std::string_view procedure, void (Screen::*member)()) {
+  return Handler(services, form, procedure, [&form, member] { (form.*member)(); });
 }
 
 /// A text box's validation: runs `body`, which answers whether the entry may stand. When it fails its error

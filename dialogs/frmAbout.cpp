@@ -14,7 +14,7 @@ frmAbout::frmAbout(const Services& services) : Dialog("frmAbout"), services_(ser
   lblVersion.SetCaption(services.resources.LoadString(StringId::AboutVersion, {VEXA_VERSION}));
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdOk);
-  cmdSysInfo.OnClick = Handler(services_, *this, "cmdSysInfo_Click", [this] { ShowSystemInfo(); });
+  cmdSysInfo.OnClick = Handler(services_, *this, "cmdSysInfo_Click", &frmAbout::ShowSystemInfo);
   cmdOk.OnClick = [this] { End(false); };
 }
 
@@ -40,9 +40,7 @@ void frmAbout::ShowSystemInfo() {
     CachedError record;
     record.SetTo(CurrentError(), Name(), "cmdSysInfo_Click");
     record.Log(services_.errorLog);
-    services_.desktop.Show(services_.resources.LoadString(StringId::SystemInfoNotStarted),
-                           MessageIcon::Critical, MessageButtons::Ok,
-                           services_.resources.LoadString(StringId::ProductName));
+    services_.Tell(StringId::SystemInfoNotStarted, MessageIcon::Critical, StringId::ProductName);
   }
 }
 

@@ -1,73 +1,58 @@
 #include "dialogs/frmAdvanced.h"
 
+#include <algorithm>
 #include <array>
-#include <span>
 #include <utility>
 
 #include "core/Numbers.h"
 #include "core/Paths.h"
+#include "dialogs/ErrorLogTools.h"
 #include "dialogs/frmBackgroundAdjust.h"
 #include "dialogs/frmCacheAdjust.h"
 
 namespace vexa {
 
-namespace {
-
-/// A box that stands for one setting and nothing else.
-struct Field {
+/// A box that stands for one setting. The table drives loading, writing, locking and the defaults.
+struct frmAdvanced::Option {
   CheckBox frmAdvanced::*box;
   bool (RegSettings::*get)();
   void (RegSettings::*let)(const bool&);
+  bool byDefault;
   bool inverted = false;
+  /// Whether the box can be used; null: always.
+  bool (frmAdvanced::*usable)() = nullptr;
 };
 
-// In the order in which they are read and written.
-constexpr std::array<Field, 4> MatchingFields{{
-    {&frmAdvanced::chkShow, &RegSettings::GetShowVexa2Buttons, &RegSettings::LetShowVexa2Buttons},
-    {&frmAdvanced::chkAssume, &RegSettings::GetAssumeUniqueEmailAddresses,
-     &RegSettings::LetAssumeUniqueEmailAddresses},
-    {&frmAdvanced::chkSearchEmail, &RegSettings::GetSearchEmailAddresses,
-     &RegSettings::LetSearchEmailAddresses},
-    {&frmAdvanced::chkOnlySearch, &RegSettings::GetOnlySearchIfNoLinks, &RegSettings::LetOnlySearchIfNoLinks},
-}};
-constexpr std::array<Field, 2> CopyingFields{{
-    {&frmAdvanced::chkDontEdit, &RegSettings::GetEditFolderFields, &RegSettings::LetEditFolderFields, true},
-    {&frmAdvanced::chkMakeWorking, &RegSettings::GetMakeWorkingCopy, &RegSettings::LetMakeWorkingCopy},
-}};
-
-void LoadFields(frmAdvanced& dialog, RegSettings& settings, std::span<const Field> fields) {
-  for (const Field& field : fields) {
-    (dialog.*field.box).SetChecked((settings.*field.get)() != field.inverted);
-  }
-}
-
-void WriteFields(const frmAdvanced& dialog, RegSettings& settings, std::span<const Field> fields) {
-  for (const Field& field : fields) {
-    (settings.*field.let)((dialog.*field.box).Checked() != field.inverted);
-  }
-}
+namespace {
 
 constexpr const char* AddinRegistryKey = "SOFTWARE\\Microsoft\\Office\\Outlook\\Addins\\VexaAddin.Connect";
 constexpr int32_t LevelNothing = 3;  // the stored level of slider position 0
 constexpr int32_t KilobytesPerMegabyte = 1024;
 
-/// A flag that is True for the time of a scope.
-class Flag {
- public:
-  explicit Flag(bool& flag) : flag_(flag), former_(std::exchange(flag, true)) {}
-  Flag(const Flag&) = delete;
-  Flag& operator=(const Flag&) = delete;
-  ~Flag() { flag_ = former_; }
-
- private:
-  bool& flag_;
-  bool former_;
-};
-
-/// What is stored of a box that counts only while it can be used.
-bool CheckedAndEnabled(const CheckBox& box) { return box.Checked() && box.Enabled(); }
-
 }  // namespace
+
+std::span<const frmAdvanced::Option> frmAdvanced::Options() {
+  // In the order in which they are read and written.
+  static constexpr std::array<Option, 9> options{{
+      {&frmAdvanced::chkShow, &RegSettings::GetShowVexa2Buttons, &RegSettings::LetShowVexa2Buttons, false},
+      {&frmAdvanced::chkAssume, &RegSettings::GetAssumeUniqueEmailAddresses,
+       &RegSettings::LetAssumeUniqueEmailAddresses, true},
+      {&frmAdvanced::chkSearchEmail, &RegSettings::GetSearchEmailAddresses,
+       &RegSettings::LetSearchEmailAddresses, true},
+      {&frmAdvanced::chkOnlySearch, &RegSettings::GetOnlySearchIfNoLinks,
+       &RegSettings::LetOnlySearchIfNoLinks, false},
+      {&frmAdvanced::chkBypass, &RegSettings::GetBypassObjectModel, &RegSettings::LetBypassObjectModel, true,
+       false, &frmAdvanced::BypassIsUsable},
+      {&frmAdvanced::chkDontEdit, &RegSettings::GetEditFolderFields, &RegSettings::LetEditFolderFields, false,
+       true},
+      {&frmAdvanced::chkMakeWorking, &RegSettings::GetMakeWorkingCopy, &RegSettings::LetMakeWorkingCopy,
+       false},
+      {&frmAdvanced::chkCache, &RegSettings::GetCacheContactFolders, &RegSettings::LetCacheContactFolders,
+       true, false, &frmAdvanced::CacheIsUsable},
+      {&frmAdvanced::chkWork, &RegSettings::GetWorkInBackground, &RegSettings::LetWorkInBackground, true},
+  }};
+  return options;
+}
 
 frmAdvanced::frmAdvanced(const Services& services) : Dialog("frmAdvanced"), services_(services) {
   SetCaption(services.resources.LoadString(StringId::AdvancedTitle));
@@ -76,9 +61,9 @@ frmAdvanced::frmAdvanced(const Services& services) : Dialog("frmAdvanced"), serv
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdCancel);
 
-  for (Event* changed : {&chkShow.OnClick, &chkOnlySearch.OnClick, &chkBypass.OnClick, &chkDontEdit.OnClick,
-                         &chkMakeWorking.OnClick, &chkErrReporting.OnClick, &chkUseEnterprise.OnClick,
-                         &chkAllUsers.OnClick, &sldLogLevel.OnChange, &txtQuickscanHours.OnChange}) {
+  for (const Option& option : Options()) (this->*option.box).OnClick = [this] { EnableOk(); };
+  for (Event* changed : {&chkErrReporting.OnClick, &chkUseEnterprise.OnClick, &chkAllUsers.OnClick,
+                         &sldLogLevel.OnChange, &txtQuickscanHours.OnChange}) {
     *changed = [this] { EnableOk(); };
   }
   const auto on = [&](Event& event, std::string_view procedure, void (frmAdvanced::*handler)()) {
@@ -117,7 +102,7 @@ void frmAdvanced::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSetting
     addin_ = std::move(vexaAddin);
     settings_ = std::move(theRegSettings);
     page_ = &page;
-    const Flag loading(loading_);
+    const ScopedFlag loading(loading_);
     Load();
   });
 }
@@ -139,20 +124,24 @@ void frmAdvanced::Load() {
 }
 
 void frmAdvanced::LoadOptions(RegSettings& settings) {
-  LoadFields(*this, settings, MatchingFields);
+  for (const Option& option : Options()) {
+    CheckBox& box = this->*option.box;
+    const bool checked = (settings.*option.get)() != option.inverted;
+    box.SetEnabled(IsUsable(option));
+    box.SetChecked(checked && box.Enabled());
+  }
   chkOnlySearch.SetEnabled(chkSearchEmail.Checked());
-  const bool bypass = settings.GetBypassObjectModel();
-  const bool bypassBlocked = Require(Share(addin_)->Utilities()).BypassBlocked();
-  chkBypass.SetChecked(bypass && !bypassBlocked);
-  chkBypass.SetEnabled(!bypassBlocked);
-  LoadFields(*this, settings, CopyingFields);
-  const bool cache = settings.GetCacheContactFolders();
-  chkCache.SetEnabled(chkSearchEmail.Checked() && chkAssume.Checked());
-  chkCache.SetChecked(cache && chkCache.Enabled());
-  chkWork.SetChecked(settings.GetWorkInBackground());
   cmdAdjCache.SetEnabled(chkCache.Checked());
   cmdAdjBackground.SetEnabled(chkWork.Checked());
 }
+
+bool frmAdvanced::IsUsable(const Option& option) {
+  return option.usable == nullptr || (this->*option.usable)();
+}
+
+bool frmAdvanced::BypassIsUsable() { return !Require(Share(addin_)->Utilities()).BypassBlocked(); }
+
+bool frmAdvanced::CacheIsUsable() { return chkSearchEmail.Checked() && chkAssume.Checked(); }
 
 void frmAdvanced::LoadErrorLog(RegSettings& settings) {
   const int32_t level = settings.GetLogLevel();
@@ -174,11 +163,9 @@ void frmAdvanced::LoadScope(RegSettings& settings) {
 }
 
 void frmAdvanced::ShowReadOnly() {
-  for (Control* control : std::initializer_list<Control*>{
-           &chkShow, &chkAssume, &chkSearchEmail, &chkOnlySearch, &chkBypass, &chkDontEdit, &chkMakeWorking,
-           &chkQuickscanHours, &txtQuickscanHours, &chkCache, &chkWork}) {
-    control->SetEnabled(false);
-  }
+  for (const Option& option : Options()) (this->*option.box).SetEnabled(false);
+  chkQuickscanHours.SetEnabled(false);
+  txtQuickscanHours.SetEnabled(false);
   cmdAdjCache.SetCaption(services_.resources.LoadString(StringId::View));
   cmdAdjBackground.SetCaption(services_.resources.LoadString(StringId::View));
 }
@@ -191,18 +178,17 @@ void frmAdvanced::ShowSize() {
 // --- the rules that tie controls together
 
 void frmAdvanced::UpdateCache() {
-  chkCache.SetEnabled(chkSearchEmail.Checked() && chkAssume.Checked());
+  chkCache.SetEnabled(CacheIsUsable());
   if (!chkCache.Enabled()) chkCache.SetChecked(false);
-  cmdAdjCache.SetEnabled(CheckedAndEnabled(chkCache));
+  cmdAdjCache.SetEnabled(chkCache.CheckedAndEnabled());
 }
 
 void frmAdvanced::AssumeBoxChanged() {
   if (insideHandler_) return;
-  const Flag inside(insideHandler_);
+  const ScopedFlag inside(insideHandler_);
   if (Prompts() && chkCache.Checked() && !chkAssume.Checked()) {
-    const MessageAnswer answer = services_.desktop.Show(
-        services_.resources.LoadString(StringId::CachingMustBeDisabled), MessageIcon::Exclamation,
-        MessageButtons::OkCancel, services_.resources.LoadString(StringId::ShortProductName));
+    const MessageAnswer answer = services_.Ask(StringId::CachingMustBeDisabled, MessageIcon::Exclamation,
+                                               MessageButtons::OkCancel, StringId::ShortProductName);
     if (answer == MessageAnswer::Ok) {
       chkCache.SetChecked(false);
     } else {
@@ -215,11 +201,10 @@ void frmAdvanced::AssumeBoxChanged() {
 
 void frmAdvanced::SearchEmailBoxChanged() {
   if (insideHandler_) return;
-  const Flag inside(insideHandler_);
+  const ScopedFlag inside(insideHandler_);
   if (Prompts() && chkSearchEmail.Checked() && !chkCache.Checked()) {
-    const MessageAnswer answer = services_.desktop.Show(
-        services_.resources.LoadString(StringId::ShouldTurnOnCaching), MessageIcon::Question,
-        MessageButtons::YesNo, services_.resources.LoadString(StringId::ProductName));
+    const MessageAnswer answer =
+        services_.Ask(StringId::ShouldTurnOnCaching, MessageIcon::Question, MessageButtons::YesNo);
     if (answer == MessageAnswer::Yes) {
       chkCache.SetChecked(true);
       chkAssume.SetChecked(true);
@@ -236,11 +221,7 @@ void frmAdvanced::CacheBoxChanged() {
 }
 
 void frmAdvanced::WorkBoxChanged() {
-  if (Prompts()) {
-    services_.desktop.Show(services_.resources.LoadString(StringId::TakesEffectLater),
-                           MessageIcon::Information, MessageButtons::Ok,
-                           services_.resources.LoadString(StringId::ShortProductName));
-  }
+  if (Prompts()) services_.Tell(StringId::TakesEffectLater, MessageIcon::Information);
   cmdAdjBackground.SetEnabled(chkWork.Checked());
   EnableOk();
 }
@@ -258,12 +239,11 @@ void frmAdvanced::HoursLeft() {
 // --- buttons
 
 void frmAdvanced::RestoreDefaults() {
-  const MessageAnswer answer = services_.desktop.Show(
-      services_.resources.LoadString(StringId::RestoreDefaultsQuestion), MessageIcon::None,
-      MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
+  const MessageAnswer answer =
+      services_.Ask(StringId::RestoreDefaultsQuestion, MessageIcon::None, MessageButtons::OkCancel);
   if (answer != MessageAnswer::Ok) return;
   constexpr int32_t defaultMegabytes = 2048;  // more than OK can store: it overflows until the user lowers it
-  const Flag suppress(suppressPrompts_);
+  const ScopedFlag suppress(suppressPrompts_);
   EnableOk();  // some values are written at once, even when no control changes
   const RegSettingsRef own = Share(settings_);
   RegSettings& settings = *own;
@@ -277,23 +257,30 @@ void frmAdvanced::RestoreDefaults() {
 }
 
 void frmAdvanced::RestoreOptions(RegSettings& settings) {
-  chkShow.SetChecked(false);
-  chkAssume.SetChecked(true);
-  chkSearchEmail.SetChecked(true);
-  chkOnlySearch.SetChecked(false);
-  chkBypass.SetChecked(!Require(Share(addin_)->Utilities()).BypassBlocked());
-  chkDontEdit.SetChecked(false);
-  chkMakeWorking.SetChecked(false);
+  const auto restore = [&](const Option& option) {
+    (this->*option.box).SetChecked(option.byDefault && IsUsable(option));
+  };
+  const std::span<const Option> options = Options();
+  std::ranges::for_each(options.first(options.size() - 1), restore);
   chkQuickscanHours.SetChecked(false);
   txtQuickscanHours.SetText("0");
-  chkCache.SetChecked(true);
   settings.LetRecordsPerDownload(100);
   settings.LetKeepCacheSynchronized(true);
   settings.LetStopCacheFillOnExit(false);
-  chkWork.SetChecked(true);
+  restore(options.back());
   settings.LetBackgroundWorkTime(10);
   settings.LetBackgroundInterval(10);
 }
+
+void frmAdvanced::ChooseLogFolder() {
+  if (const auto path = ErrorLogTools(services_, *this).ChooseLocation(txtLogPath.Text())) {
+    txtLogPath.SetText(*path);
+    EnableOk();
+  }
+  cmdEmail.SetEnabled(services_.desktop.FileExists(txtLogPath.Text()));
+}
+
+void frmAdvanced::EmailLog() { ErrorLogTools(services_, *this).Email(addin_, txtLogPath.Text()); }
 
 void frmAdvanced::AdjustCache() {
   frmCacheAdjust adjust(services_);
@@ -321,13 +308,17 @@ void frmAdvanced::Ok() {
 }
 
 void frmAdvanced::WriteOptions(RegSettings& settings) {
-  WriteFields(*this, settings, MatchingFields);
-  settings.LetBypassObjectModel(CheckedAndEnabled(chkBypass));
-  WriteFields(*this, settings, CopyingFields);
+  for (const Option& option : Options()) {
+    const CheckBox& box = this->*option.box;
+    if (&box == &chkCache) WriteHours(settings);
+    const bool checked = option.usable == nullptr ? box.Checked() : box.CheckedAndEnabled();
+    (settings.*option.let)(checked != option.inverted);
+  }
+}
+
+void frmAdvanced::WriteHours(RegSettings& settings) {
   settings.LetQuickscanHours(chkQuickscanHours.Checked() ? ToInt32(LeadingNumber(txtQuickscanHours.Text()))
                                                          : 0);
-  settings.LetCacheContactFolders(CheckedAndEnabled(chkCache));
-  settings.LetWorkInBackground(CheckedAndEnabled(chkWork));
 }
 
 void frmAdvanced::WriteRest(RegSettings& settings) {

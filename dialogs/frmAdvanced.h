@@ -3,9 +3,8 @@
 // page as changed. Only restoring the defaults writes some values at once.
 #pragma once
 
-#include <string>
+#include <span>
 
-#include "dialogs/ErrorLogTools.h"
 #include "dialogs/Screen.h"
 #include "display/Button.h"
 #include "display/CheckBox.h"
@@ -65,6 +64,12 @@ class frmAdvanced final : public Dialog {
   Button cmdCancel{*this, "cmdCancel", StringId::Cancel};
 
  private:
+  struct Option;
+  static std::span<const Option> Options();
+  bool IsUsable(const Option& option);
+  bool BypassIsUsable();
+  bool CacheIsUsable();
+
   void Load();
   void LoadOptions(RegSettings& settings);
   void LoadErrorLog(RegSettings& settings);
@@ -83,15 +88,14 @@ class frmAdvanced final : public Dialog {
 
   void RestoreDefaults();
   void RestoreOptions(RegSettings& settings);
-  // The error log's buttons; see ErrorLogTools.cpp.
   void ChooseLogFolder();
   void EmailLog();
-  bool SendLog(const std::string& path, StageTrail& stages);
   void AdjustCache();
   void AdjustBackground();
 
   void Ok();
   void WriteOptions(RegSettings& settings);
+  void WriteHours(RegSettings& settings);
   void WriteRest(RegSettings& settings);
   void DropReferences() override;
 

@@ -19,8 +19,7 @@ frmBackgroundAdjust::frmBackgroundAdjust(const Services& services)
     box.OnChange = [this] { cmdOk.SetEnabled(true); };
     box.OnValidate = Validation(services_, *this, procedure, [this, &box, most, message] {
       if (IsNumberBetween(box.Text(), 1, most)) return true;
-      services_.desktop.Show(services_.resources.LoadString(message), MessageIcon::Critical,
-                             MessageButtons::Ok, services_.resources.LoadString(StringId::ShortProductName));
+      services_.Tell(message, MessageIcon::Critical);
       return false;
     });
   };
@@ -28,8 +27,8 @@ frmBackgroundAdjust::frmBackgroundAdjust(const Services& services)
   onNumber(txtInterval, "txtInterval_Validate", 60000, StringId::WorkTimeOutOfRange);
   onNumber(txtTime, "txtTime_Validate", 2000, StringId::WorkTimeOutOfRange);
   onNumber(txtDelay, "txtDelay_Validate", 60000, StringId::DelayOutOfRange);
-  chkDelay.OnClick = Handler(services_, *this, "chkDelay_Click", [this] { DelayBoxChanged(); });
-  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", [this] { Ok(); });
+  chkDelay.OnClick = Handler(services_, *this, "chkDelay_Click", &frmBackgroundAdjust::DelayBoxChanged);
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmBackgroundAdjust::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -37,9 +36,7 @@ void frmBackgroundAdjust::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRe
   PassOn(Name(), "Initialize", [&] {
     addin_ = std::move(vexaAddin);
     settings_ = std::move(theRegSettings);
-    initializing_ = true;
     Load(*Share(settings_));
-    initializing_ = false;
     cmdOk.SetEnabled(false);
     if (!CanWrite(*Share(settings_))) {
       for (Control* control : std::initializer_list<Control*>{&txtInterval, &txtTime, &txtDelay, &chkDelay}) {
@@ -51,6 +48,7 @@ void frmBackgroundAdjust::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRe
 
 void frmBackgroundAdjust::Load(RegSettings& settings) {
   constexpr int32_t suggestedDelay = 2000;
+  const ScopedFlag initializing(initializing_);
   txtTime.SetText(std::to_string(settings.GetBackgroundWorkTime()));
   txtInterval.SetText(std::to_string(settings.GetBackgroundInterval()));
   const int32_t delay = settings.GetDelayNewItems();
@@ -64,9 +62,8 @@ void frmBackgroundAdjust::DelayBoxChanged() {
   txtDelay.SetEnabled(chkDelay.Checked());
   cmdOk.SetEnabled(true);
   if (!chkDelay.Checked() || !Require(Share(addin_)->Utilities()).DelayAvailable()) return;
-  const MessageAnswer answer = services_.desktop.Show(
-      services_.resources.LoadString(StringId::DelaySlowsOutlook), MessageIcon::Exclamation,
-      MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
+  const MessageAnswer answer =
+      services_.Ask(StringId::DelaySlowsOutlook, MessageIcon::Exclamation, MessageButtons::OkCancel);
   if (answer == MessageAnswer::Cancel) chkDelay.SetChecked(false);
 }
 

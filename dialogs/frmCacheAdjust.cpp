@@ -17,7 +17,7 @@ frmCacheAdjust::frmCacheAdjust(const Services& services) : Dialog("frmCacheAdjus
   }
   txtNumRecords.OnValidate =
       Validation(services_, *this, "txtNumRecords_Validate", [this] { return ValidateNumRecords(); });
-  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", [this] { Ok(); });
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmCacheAdjust::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -42,9 +42,8 @@ void frmCacheAdjust::Initialize(AddinAppRef vexaAddin, RegSettingsRef theRegSett
 bool frmCacheAdjust::ValidateNumRecords() {
   if (IsNumberBetween(txtNumRecords.Text(), 1, 10000)) return true;
   // There is a Cancel button; either answer leaves the focus in the box.
-  services_.desktop.Show(services_.resources.LoadString(StringId::RecordsOutOfRange), MessageIcon::Critical,
-                         MessageButtons::OkCancel,
-                         services_.resources.LoadString(StringId::ShortProductName));
+  services_.Ask(StringId::RecordsOutOfRange, MessageIcon::Critical, MessageButtons::OkCancel,
+                StringId::ShortProductName);
   return false;
 }
 
@@ -54,10 +53,9 @@ void frmCacheAdjust::Ok() {
   RegSettings& settings = *own;
   const double records = LeadingNumber(txtNumRecords.Text());
   if (records > recommended) {
-    const MessageAnswer answer = services_.desktop.Show(
-        services_.resources.LoadString(StringId::ManyRecordsWarning), MessageIcon::Exclamation,
-        MessageButtons::Ok, services_.resources.LoadString(StringId::ShortProductName));
-    // Never so: the text offers Cancel, the box has no such button. Both stay as they are.
+    const MessageAnswer answer = services_.Ask(StringId::ManyRecordsWarning, MessageIcon::Exclamation,
+                                               MessageButtons::Ok, StringId::ShortProductName);
+    // Cannot happen: the text offers Cancel, the box has no such button. Both stay as they are.
     if (answer == MessageAnswer::Cancel) return;
   }
   settings.LetRecordsPerDownload(ToInt16(records));

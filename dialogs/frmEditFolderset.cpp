@@ -16,15 +16,14 @@ frmEditFolderset::frmEditFolderset(const Services& services)
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdCancel);
 
-  const auto on = [&](Event& event, std::string_view procedure, void (frmEditFolderset::*handler)()) {
-    event = Handler(services_, *this, procedure, [this, handler] { (this->*handler)(); });
-  };
-  on(cmdSelContact.OnClick, "cmdSelContact_Click", &frmEditFolderset::ChooseContactFolder);
-  on(cmdSelJourn.OnClick, "cmdSelJourn_Click", &frmEditFolderset::ChooseJournalFolder);
-  on(cmdSelEmail.OnClick, "cmdSelEmail_Click", &frmEditFolderset::ChooseEmailFolder);
-  on(chkEmail.OnClick, "chkEmail_Click", &frmEditFolderset::EmailBoxChanged);
-  on(cmdShared.OnClick, "cmdShared_Click", &frmEditFolderset::ShowSharedFolders);
-  on(cmdOk.OnClick, "cmdOk_Click", &frmEditFolderset::Ok);
+  cmdSelContact.OnClick =
+      Handler(services_, *this, "cmdSelContact_Click", &frmEditFolderset::ChooseContactFolder);
+  cmdSelJourn.OnClick =
+      Handler(services_, *this, "cmdSelJourn_Click", &frmEditFolderset::ChooseJournalFolder);
+  cmdSelEmail.OnClick = Handler(services_, *this, "cmdSelEmail_Click", &frmEditFolderset::ChooseEmailFolder);
+  chkEmail.OnClick = Handler(services_, *this, "chkEmail_Click", &frmEditFolderset::EmailBoxChanged);
+  cmdShared.OnClick = Handler(services_, *this, "cmdShared_Click", &frmEditFolderset::ShowSharedFolders);
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmEditFolderset::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -36,12 +35,11 @@ void frmEditFolderset::Initialize(OptionsPage& /*outlookPropertiesPage*/, AddinA
   modeEdit_ = theModeEdit;
 
   // Errors are passed over statement by statement: a folder set that is damaged can still be opened.
-  initializing_ = true;
   if (modeEdit_) {
+    const ScopedFlag initializing(initializing_);
     if (settings_ != nullptr) Record = LoadFolderSet(*settings_, index_);
     ShowFolders();
   }
-  initializing_ = false;
 
   IgnoreErrors([&] { UpdateButtons(); });
   // In edit mode, too, a folder must be picked before OK means anything.

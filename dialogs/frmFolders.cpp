@@ -1,42 +1,14 @@
 #include "dialogs/frmFolders.h"
 
-#include <algorithm>
-#include <array>
 #include <exception>
-#include <map>
-#include <span>
 #include <utility>
-#include <vector>
+
+#include "dialogs/FolderTreeFiller.h"
 
 namespace vexa {
 namespace {
 
 constexpr int32_t Number(StringId id) { return static_cast<int32_t>(id); }
-
-constexpr std::array MailDefaults{StringId::InboxFolder, StringId::SentItemsFolder, StringId::DraftsFolder,
-                                  StringId::DeletedItemsFolder, StringId::OutboxFolder};
-constexpr std::array CalendarDefault{StringId::CalendarFolder};
-constexpr std::array ContactsDefault{StringId::ContactsFolder};
-constexpr std::array TasksDefault{StringId::TasksFolder};
-constexpr std::array JournalDefault{StringId::JournalFolder};
-constexpr std::array NotesDefault{StringId::NotesFolder};
-
-/// The picture of a folder goes by what it holds, unless it is one of the default folders for that.
-struct FolderKind {
-  ItemType itemType;
-  std::span<const StringId> defaults;  // in the order in which they are asked for
-  StringId picture;
-};
-constexpr std::array<FolderKind, 8> FolderKinds{{
-    {ItemType::Mail, MailDefaults, StringId::MailFolderKind},
-    {ItemType::Appointment, CalendarDefault, StringId::CalendarFolderKind},
-    {ItemType::Contact, ContactsDefault, StringId::ContactFolderKind},
-    {ItemType::DistributionList, ContactsDefault, StringId::ContactFolderKind},
-    {ItemType::Task, TasksDefault, StringId::TaskFolderKind},
-    {ItemType::Journal, JournalDefault, StringId::JournalFolderKind},
-    {ItemType::Note, NotesDefault, StringId::NoteFolderKind},
-    {ItemType::Post, {}, StringId::PostFolderKind},
-}};
 
 StringId TipForDefaultFolder(int32_t rsIndex) {
   switch (static_cast<StringId>(rsIndex)) {
@@ -53,52 +25,7 @@ StringId TipForDefaultFolder(int32_t rsIndex) {
   }
 }
 
-/// Sets a flag for as long as it lives.
-class Guard {
- public:
-  explicit Guard(bool& flag) : flag_(flag) { flag_ = true; }
-  Guard(const Guard&) = delete;
-  Guard& operator=(const Guard&) = delete;
-  ~Guard() { flag_ = false; }
-
- private:
-  bool& flag_;
-};
-
 }  // namespace
-
-/// The default folders while folders are added in one go: each is asked for when a folder of its kind comes
-/// by, and once. Nothing is remembered from one time to the next: they may be others then.
-class frmFolders::DefaultFolderIds {
- public:
-  explicit DefaultFolderIds(NameSpace& session) : session_(session) {}
-
-  StringId PictureOf(ItemType itemType, const std::string& entryID) {
-    const auto* const kind = std::ranges::find(FolderKinds, itemType, &FolderKind::itemType);
-    if (kind == FolderKinds.end()) return StringId::OtherFolderKind;
-    for (const StringId folder : kind->defaults) {
-      if (EntryIdOf(folder) == entryID) return folder;
-    }
-    return kind->picture;
-  }
-
- private:
-  /// Empty, as no folder's in the tree is, for one that cannot be found.
-  const std::string& EntryIdOf(StringId folder) {
-    const auto [known, isNew] = known_.try_emplace(folder);
-    std::string& entryID = known->second;
-    if (isNew) {
-      IgnoreErrors([&] {
-        const FolderRef found = session_.GetDefaultFolder(RSIndexToDefFolderIndex(Number(folder)));
-        entryID = Require(found).EntryID();
-      });
-    }
-    return entryID;
-  }
-
-  NameSpace& session_;
-  std::map<StringId, std::string> known_;
-};
 
 frmFolders::frmFolders(const Services& services) : Dialog("frmFolders"), services_(services) {
   SetCaption(services.resources.LoadString(StringId::FolderPickerTitle));
@@ -108,9 +35,6 @@ frmFolders::frmFolders(const Services& services) : Dialog("frmFolders"), service
   tvItems.SetFrame(&fraItems);
   FillTrees();
 
-  const auto on = [&](Event& event, std::string_view procedure, void (frmFolders::*handler)()) {
-    event = Handler(services_, *this, procedure, [this, handler] { (this->*handler)(); });
-  };
   const auto onNode = [&](Tree::NodeEvent& event, std::string_view procedure,
                           void (frmFolders::*handler)(Tree::Node)) {
     event = [this, procedure, handler](Tree::Node node) {
@@ -124,10 +48,10 @@ frmFolders::frmFolders(const Services& services) : Dialog("frmFolders"), service
   lblHotTip.OnClick = [this](const ExtLabel::WordClick& click) {
     Handler(services_, *this, "lblHotTip_Click", [this, &click] { ClickHotSpot(click); })();
   };
-  on(cmdAll.OnClick, "cmdAll_Click", &frmFolders::CheckAllItems);
-  on(cmdNone.OnClick, "cmdNone_Click", &frmFolders::CheckNoItems);
-  on(cmdClear.OnClick, "cmdClear_Click", &frmFolders::ClearAll);
-  on(cmdOk.OnClick, "cmdOk_Click", &frmFolders::Ok);
+  cmdAll.OnClick = Handler(services_, *this, "cmdAll_Click", &frmFolders::CheckAllItems);
+  cmdNone.OnClick = Handler(services_, *this, "cmdNone_Click", &frmFolders::CheckNoItems);
+  cmdClear.OnClick = Handler(services_, *this, "cmdClear_Click", &frmFolders::ClearAll);
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmFolders::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -160,10 +84,7 @@ void frmFolders::Load() {
   lblInstructions.SetCaption(services_.resources.LoadString(
       settings.GetAllUsersMode() ? StringId::FolderPickerHelpAllUsers : StringId::FolderPickerHelp));
   const NameSpaceRef session = Share(addin_)->Session();
-  const std::shared_ptr<Folders> stores = Require(session).Folders();
-  const int32_t count = Require(stores).Count();
-  DefaultFolderIds defaults(*session);
-  for (int32_t i = 1; i <= count; ++i) AddFolder(defaults, stores->Item(i), Tree::NoNode, false);
+  FolderTreeFiller(tvFolders, selection_, session).AddFolders(Require(session).Folders(), Tree::NoNode);
 
   selection_.Load(settings, services_.objects);
   selection_.ForEachKey([&](const std::string& key) {
@@ -182,55 +103,7 @@ void frmFolders::Load() {
 // --- the tree of folders
 
 void frmFolders::AddFolder(const FolderRef& folder, Tree::Node parent, bool allLevels) {
-  const NameSpaceRef session = Share(addin_)->Session();
-  DefaultFolderIds defaults(Require(session));
-  AddFolder(defaults, folder, parent, allLevels);
-}
-
-void frmFolders::AddFolder(DefaultFolderIds& defaults, const FolderRef& folder, Tree::Node parent,
-                           bool allLevels) {
-  struct Level {
-    std::shared_ptr<Folders> folders;
-    int32_t count;
-    int32_t done;
-    Tree::Node parent;
-  };
-  std::vector<Level> levels;  // a hierarchy may be deeper than the machine's stack would bear
-  const auto add = [&](const FolderRef& added, Tree::Node above) {
-    const Tree::Node node = AddNode(defaults, Require(added), above);
-    if (node == Tree::NoNode) return;
-    std::shared_ptr<Folders> below = added->Folders();
-    const int32_t count = Require(below).Count();
-    if (count <= 0) return;
-    if (allLevels) {
-      levels.push_back({std::move(below), count, 0, node});
-    } else {
-      tvFolders.Add(node, {}, ChildPlaceholder);
-    }
-  };
-  add(folder, parent);
-  while (!levels.empty()) {
-    Level& level = levels.back();
-    if (level.done == level.count) {
-      levels.pop_back();
-    } else {
-      const FolderRef next = level.folders->Item(++level.done);
-      add(next, level.parent);
-    }
-  }
-}
-
-/// NoNode for a folder that is left out.
-Tree::Node frmFolders::AddNode(DefaultFolderIds& defaults, Folder& folder, Tree::Node parent) {
-  std::string entryID;
-  if (!IgnoreErrors([&] { entryID = folder.EntryID(); }) || entryID.empty()) return Tree::NoNode;
-  const std::string key = FolderKey(entryID, folder.StoreID());
-  const std::string text = folder.Name();
-  const StringId picture = parent == Tree::NoNode ? StringId::RootStoreKind
-                                                  : defaults.PictureOf(folder.DefaultItemType(), entryID);
-  const Tree::Node node = tvFolders.Add(parent, key, text, NumberKey(Number(picture)));
-  if (selection_.Find(key) != nullptr) tvFolders.SetChecked(node, true);
-  return node;
+  FolderTreeFiller(tvFolders, selection_, Share(addin_)->Session()).AddFolder(folder, parent, allLevels);
 }
 
 void frmFolders::ExpandFolder(Tree::Node node) {
@@ -242,11 +115,7 @@ void frmFolders::ExpandFolder(Tree::Node node) {
   const FolderIds ids = IdsOfKey(tvFolders.Key(node));
   const NameSpaceRef session = Share(addin_)->Session();
   const FolderRef folder = Require(session).GetFolderFromID(ids.entryID, ids.storeID);
-  const std::shared_ptr<Folders> folders = Require(folder).Folders();
-  const int32_t count = Require(folders).Count();
-  if (count > 0) tvFolders.Reserve(static_cast<size_t>(count));
-  DefaultFolderIds defaults(*session);
-  for (int32_t i = 1; i <= count; ++i) AddFolder(defaults, folders->Item(i), node, false);
+  FolderTreeFiller(tvFolders, selection_, session).AddFolders(Require(folder).Folders(), node);
 }
 
 // --- the selected folder
@@ -359,7 +228,7 @@ void frmFolders::CheckItem(Tree::Node item) {
   tvFolders.EnsureVisible(folder);
   const bool checked = tvItems.Checked(item);
   if (checked && !tvFolders.Checked(folder)) {
-    const Guard guard(checkedByItem_);
+    const ScopedFlag guard(checkedByItem_);
     tvFolders.SetChecked(folder, true);
     CheckFolder(folder);
   }
@@ -398,10 +267,8 @@ void frmFolders::ClearAll() {
 
 void frmFolders::ClickHotSpot(const ExtLabel::WordClick& click) {
   if (!click.isLink || tip_ != StringId::PublicFolderTip) return;
-  services_.desktop.Show(
-      services_.resources.LoadString(StringId::PublicFolderContact, {services_.supportAddress}),
-      MessageIcon::Information, MessageButtons::Ok,
-      services_.resources.LoadString(StringId::ShortProductName));
+  services_.Tell(services_.resources.LoadString(StringId::PublicFolderContact, {services_.supportAddress}),
+                 MessageIcon::Information);
 }
 
 void frmFolders::Ok() {

@@ -41,9 +41,6 @@ class frmFolders final : public Dialog {
   void FillTrees();
   void Load();
 
-  class DefaultFolderIds;
-  void AddFolder(DefaultFolderIds& defaults, const FolderRef& folder, Tree::Node parent, bool allLevels);
-  Tree::Node AddNode(DefaultFolderIds& defaults, Folder& folder, Tree::Node parent);
   void ExpandFolder(Tree::Node node);
 
   void ClickFolder(Tree::Node node);

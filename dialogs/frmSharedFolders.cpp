@@ -35,7 +35,7 @@ frmSharedFolders::frmSharedFolders(const Services& services)
   onTick("chkSTask_Click", routes_[2]);
   chkLog.OnClick = [this] { MarkChange(); };
   chkLeaveCopy.OnClick = [this] { MarkChange(); };
-  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", [this] { Ok(); });
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmSharedFolders::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -48,9 +48,10 @@ void frmSharedFolders::Initialize(AddinAppRef vexaAddin, frmEditFolderset& paren
     userHasWriteAccess_ = userHasWriteAccess;
     SetCaption(contactFoldername);
 
-    initializing_ = true;
-    for (Route& route : routes_) Load(route);
-    initializing_ = false;
+    {
+      const ScopedFlag initializing(initializing_);
+      for (Route& route : routes_) Load(route);
+    }
     chkLog.SetChecked((record_.FLAGS & FolderSet::LogRouted) != 0);
     chkLeaveCopy.SetChecked((record_.FLAGS & FolderSet::LeaveCopy) != 0);
 

@@ -51,12 +51,6 @@ struct TrackingSettings {
   static constexpr const Flag& FlagAfterCategories = Flags.back();
 };
 
-namespace {
-
-bool IsOn(const CheckBox& box) { return box.Checked() && box.Enabled(); }
-
-}  // namespace
-
 frmTrackingOptions::frmTrackingOptions(const Services& services)
     : Dialog("frmTrackingOptions"), services_(services) {
   SetCaption(services.resources.LoadString(StringId::TrackingOptions));
@@ -64,9 +58,6 @@ frmTrackingOptions::frmTrackingOptions(const Services& services)
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdCancel);
 
-  const auto on = [&](Event& event, std::string_view procedure, void (frmTrackingOptions::*handler)()) {
-    event = Handler(services_, *this, procedure, [this, handler] { (this->*handler)(); });
-  };
   for (OptionButton* method : methods) method->OnClick = [this] { MethodChosen(); };
   for (const TrackingSettings::Flag& flag : TrackingSettings::Flags)
     (this->*flag.box).OnClick = [this] { SetDirty(); };
@@ -78,9 +69,10 @@ frmTrackingOptions::frmTrackingOptions(const Services& services)
   txtCategories.OnLostFocus = Handler(services_, *this, "txtCategories_LostFocus", [this] {
     txtCategories.SetText(services_.desktop.LowerCase(txtCategories.Text()));
   });
-  on(cmdFolders.OnClick, "cmdFolders_Click", &frmTrackingOptions::ChooseFolders);
-  on(chkSearchNow.OnClick, "chkSearchNow_Click", &frmTrackingOptions::SearchNowChanged);
-  on(cmdOk.OnClick, "cmdOk_Click", &frmTrackingOptions::Ok);
+  cmdFolders.OnClick = Handler(services_, *this, "cmdFolders_Click", &frmTrackingOptions::ChooseFolders);
+  chkSearchNow.OnClick =
+      Handler(services_, *this, "chkSearchNow_Click", &frmTrackingOptions::SearchNowChanged);
+  cmdOk.OnClick = Handler(services_, *this, "cmdOk_Click", &frmTrackingOptions::Ok);
   cmdCancel.OnClick = [this] { End(true); };
 }
 
@@ -137,13 +129,11 @@ void frmTrackingOptions::SearchNowChanged() {
   if (!loaded_ || unchecking_) return;
   SetDirty();
   if (!chkSearchNow.Checked()) return;
-  const MessageAnswer answer = services_.desktop.Show(
-      services_.resources.LoadString(StringId::SearchNowQuestion), MessageIcon::Question,
-      MessageButtons::YesNoCancel, services_.resources.LoadString(StringId::SearchNowTitle));
+  const MessageAnswer answer = services_.Ask(StringId::SearchNowQuestion, MessageIcon::Question,
+                                             MessageButtons::YesNoCancel, StringId::SearchNowTitle);
   if (answer == MessageAnswer::Cancel) {
-    unchecking_ = true;
+    const ScopedFlag unchecking(unchecking_);
     chkSearchNow.SetChecked(false);
-    unchecking_ = false;
   } else {
     stopAtScanned_ = answer == MessageAnswer::Yes;
   }
@@ -156,13 +146,13 @@ void frmTrackingOptions::Ok() {
     if ((this->*method.option).Selected()) settings->LetLoggingMethod(method.number);
   }
   const auto write = [&](const TrackingSettings::Flag& flag) {
-    ((*settings).*flag.let)(IsOn(this->*flag.box));
+    ((*settings).*flag.let)((this->*flag.box).CheckedAndEnabled());
   };
   for (const TrackingSettings::Flag& flag : TrackingSettings::FlagsBeforeCategories) write(flag);
   if (txtCategories.Enabled())
     settings->LetTrackedCategories(services_.desktop.LowerCase(txtCategories.Text()));
   write(TrackingSettings::FlagAfterCategories);
-  page.SearchNowPending = IsOn(chkSearchNow);
+  page.SearchNowPending = chkSearchNow.CheckedAndEnabled();
   page.SearchStopAtScanned = stopAtScanned_ && page.SearchNowPending;
   End(false);
 }

@@ -11,6 +11,8 @@ class CheckBox final : public Control {
       : Control(form, std::move(name), ControlKind::CheckBox, caption) {}
 
   bool Checked() const { return checked_; }
+  /// What is stored of a box that counts only while it can be used.
+  bool CheckedAndEnabled() const { return checked_ && Enabled(); }
   void SetChecked(bool checked) {
     if (checked_ == checked) return;
     checked_ = checked;

@@ -31,16 +31,15 @@ OutlookPropertiesPage::OutlookPropertiesPage(const Services& services, SiteSourc
   SetDefaultButton(cmdAdd);
   FocusFirst();
 
-  const auto on = [&](Event& event, std::string_view procedure, void (OutlookPropertiesPage::*handler)()) {
-    event = Handler(services_, *this, procedure, [this, handler] { (this->*handler)(); });
-  };
-  on(cmdAdd.OnClick, "cmdAdd_Click", &OutlookPropertiesPage::AddFolderSet);
-  on(cmdChange.OnClick, "cmdChange_Click", &OutlookPropertiesPage::ChangeFolderSet);
-  on(cmdRemove.OnClick, "cmdRemove_Click", &OutlookPropertiesPage::RemoveFolderSet);
-  on(cmdTracking.OnClick, "cmdTracking_Click", &OutlookPropertiesPage::ShowTrackingOptions);
-  on(cmdAdvanced.OnClick, "cmdAdvanced_Click", &OutlookPropertiesPage::ShowAdvanced);
-  on(cmdAbout.OnClick, "cmdAbout_Click", &OutlookPropertiesPage::ShowAbout);
-  on(cmdRestoreDialogs.OnClick, "cmdRestoreDialogs_Click", &OutlookPropertiesPage::RestoreHiddenDialogs);
+  cmdAdd.OnClick = Handler(services_, *this, "cmdAdd_Click", &OutlookPropertiesPage::AddFolderSet);
+  cmdChange.OnClick = Handler(services_, *this, "cmdChange_Click", &OutlookPropertiesPage::ChangeFolderSet);
+  cmdRemove.OnClick = Handler(services_, *this, "cmdRemove_Click", &OutlookPropertiesPage::RemoveFolderSet);
+  cmdTracking.OnClick =
+      Handler(services_, *this, "cmdTracking_Click", &OutlookPropertiesPage::ShowTrackingOptions);
+  cmdAdvanced.OnClick = Handler(services_, *this, "cmdAdvanced_Click", &OutlookPropertiesPage::ShowAdvanced);
+  cmdAbout.OnClick = Handler(services_, *this, "cmdAbout_Click", &OutlookPropertiesPage::ShowAbout);
+  cmdRestoreDialogs.OnClick =
+      Handler(services_, *this, "cmdRestoreDialogs_Click", &OutlookPropertiesPage::RestoreHiddenDialogs);
   gd.OnSelChange = [this] { UpdateDefaultButton(); };
   gd.OnDoubleClick = [this] {
     if (cmdChange.Enabled()) Raise(cmdChange.OnClick);
@@ -216,9 +215,8 @@ void OutlookPropertiesPage::ShowAbout() {
 }
 
 void OutlookPropertiesPage::RestoreHiddenDialogs() {
-  const MessageAnswer answer = services_.desktop.Show(
-      services_.resources.LoadString(StringId::RestoreHiddenDialogsQuestion), MessageIcon::None,
-      MessageButtons::OkCancel, services_.resources.LoadString(StringId::ProductName));
+  const MessageAnswer answer =
+      services_.Ask(StringId::RestoreHiddenDialogsQuestion, MessageIcon::None, MessageButtons::OkCancel);
   if (answer == MessageAnswer::Ok) Share(settings_)->RestoreHiddenDialogs();
 }
 
