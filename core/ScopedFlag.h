@@ -1,4 +1,4 @@
-// A flag that is True for the time of a scope.
+// Gives a flag another value, True unless told otherwise, for the time of a scope.
 #pragma once
 
 #include <utility>
@@ -7,7 +7,7 @@ namespace vexa {
 
 class ScopedFlag {
  public:
-  explicit ScopedFlag(bool& flag) : flag_(flag), former_(std::exchange(flag, true)) {}
+  explicit ScopedFlag(bool& flag, bool value = true) : flag_(flag), former_(std::exchange(flag, value)) {}
   ScopedFlag(const ScopedFlag&) = delete;
   ScopedFlag& operator=(const ScopedFlag&) = delete;
   ~ScopedFlag() { flag_ = former_; }

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/ScopedFlag.h"
 #include "display/Button.h"
 #include "display/Control.h"
 
@@ -78,14 +79,10 @@ class Form {
   /// again before it returns; UserActions refuses that.
   class Action {
    public:
-    explicit Action(Form& form) : form_(form), former_(std::exchange(form.acting_, true)) {}
-    Action(const Action&) = delete;
-    Action& operator=(const Action&) = delete;
-    ~Action() { form_.acting_ = former_; }
+    explicit Action(Form& form) : acting_(form.acting_) {}
 
    private:
-    Form& form_;
-    bool former_;
+    ScopedFlag acting_;
   };
   bool IsActing() const { return acting_; }
   /// Whether an action runs here or in a dialog opened from here. One that waits for its dialog does not

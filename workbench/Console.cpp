@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/ScopedFlag.h"
 #include "workbench/Names.h"
 
 namespace vexa::workbench {
@@ -53,19 +54,6 @@ const Command& RequireCommand(const std::vector<std::string>& words) {
   }
   return *command;
 }
-
-/// Gives a switch another value for a while.
-class Restored {
- public:
-  Restored(bool& place, bool value) : place_(place), former_(std::exchange(place, value)) {}
-  Restored(const Restored&) = delete;
-  Restored& operator=(const Restored&) = delete;
-  ~Restored() { place_ = former_; }
-
- private:
-  bool& place_;
-  bool former_;
-};
 
 }  // namespace
 
@@ -139,7 +127,7 @@ void Console::Execute(const std::string& line) {
     const bool speaks = SameName(words.front(), "say") && !source_.transcript;
     if (!source_.interactive && !speaks) Out() << CommandMark << line << "\n";
     // Dialogs that were opened inside a call read commands that are not.
-    const Restored inside(insideCall_, false);
+    const ScopedFlag inside(insideCall_, false);
     RunCommand(words);
   } catch (const ScriptError& error) {
     Fail(error.what());
@@ -158,7 +146,7 @@ void Console::PlanDuring(std::string_view member, int n, const std::vector<std::
         line += " " + (plain ? word : QuotedText(word));
       }
       Out() << line << "]\n";
-      const Restored inside(insideCall_, true);
+      const ScopedFlag inside(insideCall_, true);
       RunCommand(command);
     });
   });

@@ -193,7 +193,7 @@ constexpr auto Commands = std::to_array<Command>({
     {"reinitialize", "", "initialise the page once more", 0, 0, Reinitialize},
     {"apply", "", "Outlook applies the page", 0, 0, Apply},
     {"hide", "", "Outlook hides the page", 0, 0, Hide},
-    {"release", "", "Outlook lets go of the page", 0, 0, Release},
+    {"release", "", "Outlook releases the page", 0, 0, Release},
     {"site", "on|off", "the page's container is a page site or not", 1, 1, Site},
     {"development", "on|off", "development mode", 1, 1, Development},
     {"ask", "dirty|name|active|page-info", "ask the page", 1, 1, AskPage},

@@ -38,7 +38,7 @@ class OptionsDialog {
   /// Shows the page's tab, and its title on it.
   void ShowPage();
 
-  /// Ends the page and hides the dialog. Whoever is in the middle of a call on it keeps the dialog itself.
+  /// Ends the page and hides the dialog. A caller in the middle of a call on it keeps the dialog object.
   void ReleasePage();
 
   /// One message of the thread's loop.

@@ -224,7 +224,7 @@ TEST_F(DialogTest, ADialogWithoutALayoutDisablesNobody) {
   EXPECT_NE(IsWindowEnabled(owner_), FALSE);
 }
 
-/// The container of a page may let go of it whatever the page is doing.
+/// The container of a page may release it at any time, also while the page runs a handler.
 TEST_F(DialogTest, AWindowLivesAsLongAsAnythingRunsInIt) {
   std::shared_ptr<FormWindow> window;
   const std::vector<std::pair<const char*, Modals::Step>> ways = {
