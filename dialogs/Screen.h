@@ -27,13 +27,9 @@ struct Services {
 
   /// Shows a message box and answers which of its buttons was pressed.
   MessageAnswer Ask(const std::string& text, MessageIcon icon, MessageButtons buttons,
-                    StringId title = StringId::ProductName) const {
-    return desktop.Show(text, icon, buttons, resources.LoadString(title));
-  }
+                    StringId title = StringId::ProductName) const;
   MessageAnswer Ask(StringId text, MessageIcon icon, MessageButtons buttons,
-                    StringId title = StringId::ProductName) const {
-    return Ask(resources.LoadString(text), icon, buttons, title);
-  }
+                    StringId title = StringId::ProductName) const;
   /// Shows a message box that has an OK button only.
   template <typename Text>
   void Tell(const Text& text, MessageIcon icon, StringId title = StringId::ShortProductName) const {
@@ -43,19 +39,7 @@ struct Services {
 
 /// Shows a dialog that an action of `opener` has made and waits until it ends. `owner` is the form whose
 /// window it belongs to, null for none. Error 91 when the opener is a dialog that was closed meanwhile.
-inline void ShowModal(const Services& services, Form& opener, Dialog& dialog, Form* owner) {
-  const auto* const openingDialog = dynamic_cast<const Dialog*>(&opener);
-  if (openingDialog != nullptr && !openingDialog->IsShowing()) throw MakeError(ErrorNumber::ObjectNotSet);
-  struct Waiting {
-    Waiting(Form& form, const Dialog& dialog) : form_(form) { form_.SetOpenDialog(&dialog); }
-    Waiting(const Waiting&) = delete;
-    Waiting& operator=(const Waiting&) = delete;
-    ~Waiting() { form_.SetOpenDialog(nullptr); }
-    Form& form_;
-  };
-  const Waiting waiting(opener, dialog);
-  services.windows.ShowModal(dialog, owner);
-}
+void ShowModal(const Services& services, Form& opener, Dialog& dialog, Form* owner);
 
 /// Whoever opened a dialog and wants to hear that it changed something.
 class DialogParent {
